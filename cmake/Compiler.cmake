@@ -1,0 +1,27 @@
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+                    -Woverloaded-virtual -Wformat=2 -Werror)
+# The formulas are compared with numbers worked out elsewhere: no fused operations.
+add_compile_options(-ffp-contract=off)
+
+if(ONDEX_CGFLOAT_IS_FLOAT)
+  add_compile_definitions(ONDEX_CGFLOAT_IS_FLOAT=1)
+endif()
+
+if(ONDEX_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+if(ONDEX_BUILD_FUZZERS)
+  # The rooms are covered too, so that the fuzzer sees which ways its inputs take through them.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,32 @@
+# A room is a folder, a static library and an include prefix of the same name.
+#
+# Its headers are reached as "room/Header.h" through a link that lies in a folder of its own, so a
+# room sees the headers of the rooms it is linked to and of no others: the build keeps the floors.
+#
+#   ondex_room(<room> SOURCES <files> [ROOMS <rooms its headers include>]
+#              [PRIVATE_ROOMS <rooms only its sources include>] [LIBS <libraries behind it>])
+function(ondex_room room)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;ROOMS;PRIVATE_ROOMS;LIBS")
+  set(include_dir "${CMAKE_BINARY_DIR}/include/${room}")
+  file(MAKE_DIRECTORY "${include_dir}")
+  file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include_dir}/${room}" SYMBOLIC)
+
+  add_library(${room} STATIC ${arg_SOURCES})
+  target_include_directories(${room} PUBLIC "${include_dir}")
+  target_link_libraries(${room} PUBLIC ${arg_ROOMS} PRIVATE ${arg_PRIVATE_ROOMS} ${arg_LIBS})
+endfunction()
+
+# The tests of one room: a GoogleTest program named <room>_tests, each test known to ctest by its name.
+# What several rooms' tests need lies in tests/support and is included by its plain name.
+#
+#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>])
+function(ondex_tests room)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;ROOMS;LIBS")
+  set(support_dir "${PROJECT_SOURCE_DIR}/tests/support")
+  add_executable(${room}_tests ${arg_SOURCES} "${support_dir}/main.cpp")
+  target_include_directories(${room}_tests PRIVATE "${support_dir}")
+  target_link_libraries(${room}_tests PRIVATE ${arg_ROOMS} ${arg_LIBS} GTest::gmock)
+  target_compile_definitions(${room}_tests PRIVATE ONDEX_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                                                   ONDEX_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  gtest_discover_tests(${room}_tests DISCOVERY_TIMEOUT 60)
+endfunction()
