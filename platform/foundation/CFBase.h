@@ -1,0 +1,8 @@
+#pragma once
+
+namespace cocoa {
+
+/// A constant text, such as a run loop's mode or one of the names of a preference domain.
+using CFStringRef = const char*;
+
+}  // namespace cocoa

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "foundation/CFBase.h"
+#include "foundation/NSObject.h"
+
+/// The current user's preferences, shared by all applications on this host and kept from one run to the next
+/// (where: preferences_location.h).
+///
+/// There is one domain: (kCFPreferencesAnyApplication, kCFPreferencesCurrentUser, kCFPreferencesCurrentHost).
+/// Asking for another is logged and answers null or false. Values are NSData and NSString. Any thread.
+
+namespace cocoa {
+
+inline constexpr CFStringRef kCFPreferencesAnyApplication = "kCFPreferencesAnyApplication";
+inline constexpr CFStringRef kCFPreferencesAnyUser = "kCFPreferencesAnyUser";
+inline constexpr CFStringRef kCFPreferencesCurrentUser = "kCFPreferencesCurrentUser";
+inline constexpr CFStringRef kCFPreferencesAnyHost = "kCFPreferencesAnyHost";
+inline constexpr CFStringRef kCFPreferencesCurrentHost = "kCFPreferencesCurrentHost";
+
+/// A new object with the key's value, as last set here or else as last read; null when there is none that
+/// NSData or NSString can hold.
+Ref<NSObject> CFPreferencesCopyValue(CFStringRef key, CFStringRef application, CFStringRef user,
+                                     CFStringRef host);
+
+/// Sets the key's value, or removes the key when `value` is null: in memory, until the domain is
+/// synchronised. What cannot be stored, because of its class or its characters, is logged and ignored.
+void CFPreferencesSetValue(CFStringRef key, const NSObject* value, CFStringRef application, CFStringRef user,
+                           CFStringRef host);
+
+/// Writes what has been set since the last time, leaving keys alone that others have written meanwhile. False
+/// on failure, which is logged; the changes are then kept for the next time. With nothing to write, makes the
+/// next CFPreferencesCopyValue see what others have written.
+bool CFPreferencesSynchronize(CFStringRef application, CFStringRef user, CFStringRef host);
+
+}  // namespace cocoa

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "foundation/CFBase.h"
+#include "foundation/Clock.h"
+
+/// The loop of one thread, which somebody else turns: a host's idle call or a program's poll.
+///
+/// One turn is CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false). It never waits and never nests a loop.
+/// Each turn has its own autorelease pool and does, in this order: pollers, sources, due timers, observers;
+/// then the pool drains. What is attached while one of these steps runs has to wait for the next step of its
+/// kind, what is detached no longer runs.
+/// Everything but CFRunLoopWakeUp and Source::signal belongs to the loop's own thread.
+
+namespace cocoa {
+
+class CFRunLoop;
+using CFRunLoopRef = CFRunLoop*;
+/// The only mode there is: no nested loop ever runs.
+inline constexpr CFStringRef kCFRunLoopDefaultMode = "kCFRunLoopDefaultMode";
+
+inline constexpr int kCFRunLoopRunFinished = 1;
+inline constexpr int kCFRunLoopRunTimedOut = 3;
+inline constexpr int kCFRunLoopRunHandledSource = 4;
+
+/// The calling thread's loop; made on first use, gone with the thread.
+CFRunLoopRef CFRunLoopGetCurrent();
+
+/// One turn of the calling thread's loop. `seconds` other than 0 would block inside a host: it is logged and
+/// taken as 0. An unknown mode, or a call from inside a turn, is logged and nothing runs (finished).
+///
+/// With `returnAfterSourceHandled`, at most one poller or source does something in this turn and the others
+/// keep for the next, which wakeDescriptor() asks for.
+/// Answers kCFRunLoopRunHandledSource when that is wanted and a poller or source did something; otherwise
+/// kCFRunLoopRunFinished when neither poller, source nor timer was attached at the start (observers ran all
+/// the same), else kCFRunLoopRunTimedOut.
+int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceHandled);
+
+/// Makes wakeDescriptor() readable until the next turn. Any thread, lock-free; null is ignored.
+void CFRunLoopWakeUp(CFRunLoopRef loop);
+
+class CFRunLoop {
+ public:
+  /// Something attached to the loop; detaches when it goes. May go from inside its own callback and may
+  /// outlive the loop.
+  class Attachment;
+  using AttachmentRef = std::unique_ptr<Attachment>;
+
+  /// What other threads may poke. The loop runs `perform` once on its next turn after one or more signals.
+  class Source;
+  using SourceRef = std::unique_ptr<Source>;
+
+  CFRunLoop(const CFRunLoop&) = delete;
+  CFRunLoop& operator=(const CFRunLoop&) = delete;
+  ~CFRunLoop();
+
+  /// Called first on every turn, to fetch what has come in from outside (window system events). Answers
+  /// whether there was anything.
+  AttachmentRef addPoller(std::function<bool()> poll);
+  SourceRef addSource(std::function<void()> perform);
+  /// Called once, on the first turn at or after `fire_date` in seconds of clock(); the earliest first, and
+  /// those of one date in the order of their addition. A date that is not a number never comes.
+  AttachmentRef addTimer(double fire_date, std::function<void()> fire);
+  /// Called at the end of every turn: views show here what the turn has changed.
+  AttachmentRef addBeforeWaiting(std::function<void()> observe);
+
+  const Clock& clock() const;
+  /// Replaces the clock, such as by one that a test drives; null restores the machine's. The clock must
+  /// outlive its use.
+  void setClock(const Clock* clock);
+
+  /// The date of the earliest timer in seconds of clock(), or +infinity when there is none.
+  double nextTimerFireDate() const;
+  /// Readable when another thread wants a turn; for the program's poll. -1 when the system refused one.
+  int wakeDescriptor() const;
+
+ private:
+  friend CFRunLoopRef CFRunLoopGetCurrent();
+  friend int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceHandled);
+  friend void CFRunLoopWakeUp(CFRunLoopRef loop);
+  struct Item;
+  struct Impl;
+  class WakeDescriptor;
+
+  CFRunLoop();
+  const std::shared_ptr<Impl> impl_;  // shared only to be observed by what may outlive the loop
+};
+
+class CFRunLoop::Attachment {
+ public:
+  Attachment(const std::shared_ptr<Impl>& loop, std::shared_ptr<Item> item);
+  Attachment(const Attachment&) = delete;
+  Attachment& operator=(const Attachment&) = delete;
+  ~Attachment();
+
+ private:
+  std::weak_ptr<Impl> loop_;
+  std::shared_ptr<Item> item_;
+};
+
+class CFRunLoop::Source {
+ public:
+  Source(const std::shared_ptr<Impl>& loop, std::shared_ptr<Item> item);
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+  ~Source();
+
+  /// Asks for `perform` on the loop's thread. Any thread, also while the loop turns or after it has gone;
+  /// lock-free. The source itself must still be there.
+  void signal() const;
+
+ private:
+  const std::shared_ptr<Item> item_;
+  const std::shared_ptr<const WakeDescriptor> wake_;
+  const Attachment attachment_;
+};
+
+}  // namespace cocoa

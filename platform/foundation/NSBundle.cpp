@@ -1,0 +1,133 @@
+#include "foundation/NSBundle.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "foundation/InterfaceLoader.h"
+#include "foundation/NSClass.h"
+#include "foundation/NSLog.h"
+#include "foundation/xml_file.h"
+
+namespace cocoa {
+
+const Class NSBundle::class_ = {.name = "NSBundle", .superclass = &NSObject::class_};
+
+namespace {
+
+struct LiveBundle {
+  NSBundle* bundle;
+  std::thread::id thread;
+};
+
+/// Bundles alive, oldest first.
+struct LiveBundles {
+  std::mutex mutex;
+  std::vector<LiveBundle> bundles;
+};
+
+LiveBundles& live_bundles() {
+  static LiveBundles bundles;
+  return bundles;
+}
+
+bool is_resource_name(std::string_view name) {
+  return !name.empty() && name.find('/') == name.npos && name.find("..") == name.npos &&
+         name.find('\0') == name.npos;
+}
+
+void log_failure(std::string_view file, std::string_view cause) {
+  NSLog("%s", one_line(std::string(file) + ": " + std::string(cause)).c_str());
+}
+
+/// The string under a key of a property list whose root is a dictionary.
+std::string_view property_list_string(const pugi::xml_document& list, const char* wanted) {
+  for (const pugi::xml_node key : list.child("plist").child("dict").children("key")) {
+    const pugi::xml_node value = key.next_sibling();
+    if (std::strcmp(key.text().get(), wanted) == 0 && std::strcmp(value.name(), "string") == 0)
+      return value.text().get();
+  }
+  return {};
+}
+
+}  // namespace
+
+NSBundle::NSBundle(std::string_view path, std::span<const Class* const> classes)
+    : path_(path), classes_(classes) {
+  LiveBundles& live = live_bundles();
+  const std::scoped_lock lock(live.mutex);
+  live.bundles.push_back({this, std::this_thread::get_id()});
+}
+
+NSBundle::~NSBundle() {
+  LiveBundles& live = live_bundles();
+  const std::scoped_lock lock(live.mutex);
+  std::erase_if(live.bundles, [this](const LiveBundle& entry) { return entry.bundle == this; });
+}
+
+NSBundle* NSBundle::bundleForClass(const Class& listed) {
+  LiveBundles& live = live_bundles();
+  const std::scoped_lock lock(live.mutex);
+  const auto lists_it = [&](const LiveBundle& entry) {
+    return entry.thread == std::this_thread::get_id() &&
+           std::ranges::find(entry.bundle->classes_, &listed) != entry.bundle->classes_.end();
+  };
+  const auto found = std::find_if(live.bundles.rbegin(), live.bundles.rend(), lists_it);
+  return found == live.bundles.rend() ? nullptr : found->bundle;
+}
+
+const Class* NSBundle::classNamed(std::string_view name) const {
+  const auto found = std::ranges::find(classes_, name, [](const Class* known) { return known->name; });
+  return found == classes_.end() ? nullptr : *found;
+}
+
+const Class* NSBundle::principalClass() const {
+  const auto path = pathForResource_ofType("Info", "plist");
+  if (!path)
+    return nullptr;
+  const FileText file = read_text_file(*path);
+  pugi::xml_document list;
+  const std::string failure = file.failure.empty() ? parse_xml(file.text, list) : file.failure;
+  if (!failure.empty()) {
+    log_failure(*path, failure);
+    return nullptr;
+  }
+  return classNamed(property_list_string(list, "NSPrincipalClass"));
+}
+
+std::optional<std::string> NSBundle::pathForResource_ofType(std::string_view name,
+                                                            std::string_view extension) const {
+  std::string file(name);
+  if (!extension.empty())
+    file.append(".").append(extension);
+  if (!is_resource_name(name) || !is_resource_name(file) || !path_.starts_with('/'))
+    return std::nullopt;
+  std::string path = path_ + '/' + file;
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(path, ignored))
+    return std::nullopt;
+  return path;
+}
+
+bool NSBundle::loadNibNamed_owner(std::string_view name, NSObject* owner) const {
+  const std::string path = path_ + '/' + std::string(name) + ".xib";
+  if (!is_resource_name(name) || !path_.starts_with('/')) {
+    log_failure(path, "is not the name of a resource");
+    return false;
+  }
+  const FileText file = read_text_file(path);
+  if (!file.failure.empty()) {
+    log_failure(path, file.failure);
+    return false;
+  }
+  const ClassLookup classes = [this](std::string_view class_name) {
+    const Class* own = classNamed(class_name);
+    return own ? own : NSClassFromString(class_name);
+  };
+  return load_interface(path, file.text, classes, owner);
+}
+
+}  // namespace cocoa

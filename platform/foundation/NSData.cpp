@@ -1,0 +1,7 @@
+#include "foundation/NSData.h"
+
+namespace cocoa {
+
+const Class NSData::class_ = {.name = "NSData", .superclass = &NSObject::class_};
+
+}  // namespace cocoa

@@ -1,0 +1,190 @@
+#include "foundation/property_list.h"
+
+#include <pugixml.hpp>
+#include <utility>
+
+#include "foundation/binary_property_list.h"
+
+namespace cocoa {
+
+namespace {
+
+/// Deeper lists are refused: nobody nests preferences so, and the XML library removes nodes recursively.
+constexpr int kMaximumDepth = 64;
+
+/// All the text in a node, which comments or CDATA sections may have split.
+std::string text_of(pugi::xml_node node) {
+  std::string text;
+  for (const pugi::xml_node part : node.children()) {
+    if (part.type() == pugi::node_pcdata || part.type() == pugi::node_cdata)
+      text += part.value();
+  }
+  return text;
+}
+
+/// An empty text is no node at all, as when it is read.
+void set_text(pugi::xml_node element, const std::string& text) {
+  if (!text.empty())
+    element.append_child(pugi::node_pcdata).set_value(text.c_str());
+}
+
+pugi::xml_node next_element(pugi::xml_node node) {
+  while (node && node.type() != pugi::node_element)
+    node = node.next_sibling();
+  return node;
+}
+
+/// The one element in a node, or none when there are several.
+pugi::xml_node only_element(pugi::xml_node node) {
+  const pugi::xml_node element = next_element(node.first_child());
+  return next_element(element.next_sibling()) ? pugi::xml_node() : element;
+}
+
+pugi::xml_node value_of(pugi::xml_node key) {
+  return next_element(key.next_sibling());
+}
+
+bool is_key(pugi::xml_node node) {
+  return std::string_view(node.name()) == "key";
+}
+
+bool is_nested_too_deeply(pugi::xml_document& document) {
+  struct Walker : pugi::xml_tree_walker {
+    bool for_each(pugi::xml_node&) override { return depth() < kMaximumDepth; }
+  } walker;
+  return !document.traverse(walker);
+}
+
+/// Why the document is no property list of keys and values; null when it is one.
+const char* fault_of(pugi::xml_document& document) {
+  if (is_nested_too_deeply(document))
+    return "nested too deeply";
+  const pugi::xml_node root = only_element(document);
+  const pugi::xml_node dictionary = only_element(root);
+  if (std::string_view(root.name()) != "plist" || std::string_view(dictionary.name()) != "dict")
+    return "not a property list with a dictionary";
+  for (pugi::xml_node key = next_element(dictionary.first_child()); key; key = value_of(value_of(key))) {
+    if (!is_key(key) || !value_of(key) || is_key(value_of(key)))
+      return "keys and values do not pair";
+  }
+  return nullptr;
+}
+
+void prepend_prolog(pugi::xml_document& document) {
+  document.prepend_child(pugi::node_doctype)
+      .set_value(
+          "plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+          "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\"");
+  pugi::xml_node declaration = document.prepend_child(pugi::node_declaration);
+  declaration.append_attribute("version") = "1.0";
+  declaration.append_attribute("encoding") = "UTF-8";
+}
+
+void fill(pugi::xml_node element, const PropertyListValue& value) {
+  const auto* data = std::get_if<std::vector<uint8_t>>(&value);
+  const std::string text = data ? base64_from_bytes(*data) : std::get<std::string>(value);
+  element.set_name(data ? "data" : "string");
+  set_text(element, text);
+}
+
+}  // namespace
+
+PropertyList::PropertyList() : document_(std::make_unique<pugi::xml_document>()) {
+  pugi::xml_node root = document_->append_child("plist");
+  root.append_attribute("version") = "1.0";
+  root.append_child("dict");
+  prepend_prolog(*document_);
+}
+
+PropertyList::PropertyList(std::unique_ptr<pugi::xml_document> document) : document_(std::move(document)) {}
+PropertyList::PropertyList(PropertyList&&) noexcept = default;
+PropertyList& PropertyList::operator=(PropertyList&&) noexcept = default;
+PropertyList::~PropertyList() = default;
+
+std::optional<PropertyList> PropertyList::fromBytes(std::string_view bytes, std::string& cause) {
+  if (!is_binary_property_list(bytes))
+    return fromXML(bytes, cause);
+  const auto xml = xml_from_binary_property_list(bytes, cause);
+  return xml ? fromXML(*xml, cause) : std::nullopt;
+}
+
+std::optional<PropertyList> PropertyList::fromXML(std::string_view xml, std::string& cause) {
+  auto document = std::make_unique<pugi::xml_document>();
+  // A text of nothing but spaces is a text; spaces between elements are not. Entities are not declared
+  // anywhere that is read: the declarations of a document type are skipped.
+  constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
+  const pugi::xml_parse_result parsed = document->load_buffer(xml.data(), xml.size(), kOptions);
+  const char* fault = parsed ? fault_of(*document) : parsed.description();
+  if (fault) {
+    cause = fault;
+    return std::nullopt;
+  }
+  prepend_prolog(*document);
+  return PropertyList(std::move(document));
+}
+
+std::string PropertyList::xml() const {
+  struct Writer : pugi::xml_writer {
+    std::string text;
+    void write(const void* data, size_t size) override { text.append(static_cast<const char*>(data), size); }
+  } writer;
+  document_->save(writer, "\t", pugi::format_default, pugi::encoding_utf8);
+
+  // A carriage return left bare would be read back as a line feed.
+  std::string text;
+  text.reserve(writer.text.size());
+  for (const char c : writer.text) {
+    if (c == '\r')
+      text += "&#13;";
+    else
+      text += c;
+  }
+  return text;
+}
+
+pugi::xml_node PropertyList::dictionary() const {
+  return document_->child("plist").child("dict");
+}
+
+pugi::xml_node PropertyList::keyNode(std::string_view key) const {
+  pugi::xml_node node = next_element(dictionary().first_child());
+  while (node && text_of(node) != key)
+    node = next_element(value_of(node).next_sibling());
+  return node;
+}
+
+bool PropertyList::contains(std::string_view key) const {
+  return static_cast<bool>(keyNode(key));
+}
+
+std::optional<PropertyListValue> PropertyList::value(std::string_view key) const {
+  const pugi::xml_node element = value_of(keyNode(key));
+  const std::string_view kind = element.name();
+  if (kind == "string")
+    return text_of(element);
+  if (kind != "data")
+    return std::nullopt;
+  auto bytes = bytes_from_base64(text_of(element));
+  return bytes ? std::optional<PropertyListValue>(std::move(*bytes)) : std::nullopt;
+}
+
+void PropertyList::setValue(std::string_view key, const PropertyListValue& value) {
+  pugi::xml_node node = keyNode(key);
+  if (!node) {
+    node = dictionary().append_child("key");
+    set_text(node, std::string(key));
+  } else {
+    dictionary().remove_child(value_of(node));
+  }
+  fill(dictionary().insert_child_after(pugi::node_element, node), value);
+}
+
+void PropertyList::removeValue(std::string_view key) {
+  // A file from elsewhere may name a key twice: what is removed must not come back.
+  while (const pugi::xml_node node = keyNode(key)) {
+    dictionary().remove_child(value_of(node));
+    dictionary().remove_child(node);
+  }
+}
+
+}  // namespace cocoa

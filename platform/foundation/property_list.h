@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace pugi {
+class xml_document;
+class xml_node;
+}  // namespace pugi
+
+namespace cocoa {
+
+std::string base64_from_bytes(std::span<const uint8_t> bytes);
+/// Whitespace is skipped wherever it stands. Nothing when there is anything else that base64 does not have,
+/// or the padding is wrong.
+std::optional<std::vector<uint8_t>> bytes_from_base64(std::string_view text);
+
+/// Whether an XML document can hold the text: sound UTF-8, no control characters but tab and line ends.
+bool is_xml_text(std::string_view text);
+
+/// The values that we write: data and text.
+using PropertyListValue = std::variant<std::vector<uint8_t>, std::string>;
+
+/// An XML property list whose root is a dictionary. Values of kinds that we do not write (numbers, dates,
+/// arrays ...) stay in it as they came.
+class PropertyList {
+ public:
+  /// An empty one.
+  PropertyList();
+  PropertyList(PropertyList&&) noexcept;
+  PropertyList& operator=(PropertyList&&) noexcept;
+  ~PropertyList();
+
+  /// From a file's contents: XML, or the binary form that other tools may have turned it into. Nothing when
+  /// they are no such list; `cause` then says why, for the log.
+  static std::optional<PropertyList> fromBytes(std::string_view bytes, std::string& cause);
+  static std::optional<PropertyList> fromXML(std::string_view xml, std::string& cause);
+  std::string xml() const;
+
+  bool contains(std::string_view key) const;
+  /// Nothing when there is no such key, or its value is neither data nor text.
+  std::optional<PropertyListValue> value(std::string_view key) const;
+  /// Key and value must be texts that XML can hold.
+  void setValue(std::string_view key, const PropertyListValue& value);
+  void removeValue(std::string_view key);
+
+ private:
+  explicit PropertyList(std::unique_ptr<pugi::xml_document> document);
+  pugi::xml_node dictionary() const;
+  pugi::xml_node keyNode(std::string_view key) const;
+
+  std::unique_ptr<pugi::xml_document> document_;
+};
+
+}  // namespace cocoa

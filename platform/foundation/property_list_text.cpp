@@ -1,0 +1,100 @@
+#include <algorithm>
+#include <array>
+
+#include "foundation/property_list.h"
+
+/// How bytes and texts stand in a property list.
+
+namespace cocoa {
+
+namespace {
+
+constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+constexpr bool is_space(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+/// One decoded character of UTF-8 and its length in bytes; length 0 where there is none.
+struct Decoded {
+  uint32_t code = 0;
+  size_t length = 0;
+};
+
+Decoded decode(std::string_view text) {
+  const auto lead = static_cast<uint8_t>(text[0]);
+  if (lead < 0x80)
+    return {lead, 1};
+  const size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  constexpr std::array<uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
+  if (lead < 0xC0 || lead >= 0xF8 || text.size() < length)
+    return {};
+  uint32_t code = lead & (0x7FU >> length);
+  for (size_t i = 1; i < length; ++i) {
+    const auto byte = static_cast<uint8_t>(text[i]);
+    if ((byte & 0xC0U) != 0x80)
+      return {};
+    code = (code << 6U) | (byte & 0x3FU);
+  }
+  return code < kSmallest[length] ? Decoded{} : Decoded{code, length};
+}
+
+/// The characters of XML 1.0.
+bool is_xml_character(uint32_t code) {
+  if (code < 0x20)
+    return code == '\t' || code == '\n' || code == '\r';
+  return code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || (code >= 0x10000 && code < 0x110000);
+}
+
+}  // namespace
+
+std::string base64_from_bytes(std::span<const uint8_t> bytes) {
+  std::string text;
+  text.reserve((bytes.size() + 2) / 3 * 4);
+  for (size_t i = 0; i < bytes.size(); i += 3) {
+    const size_t count = std::min<size_t>(3, bytes.size() - i);
+    uint32_t bits = 0;
+    for (size_t j = 0; j < 3; ++j)
+      bits = (bits << 8U) | (j < count ? bytes[i + j] : 0U);
+    for (size_t j = 0; j < 4; ++j)
+      text += j <= count ? kDigits[(bits >> (18U - 6U * j)) & 0x3FU] : '=';
+  }
+  return text;
+}
+
+std::optional<std::vector<uint8_t>> bytes_from_base64(std::string_view text) {
+  std::vector<uint8_t> bytes;
+  uint32_t bits = 0;
+  size_t digits = 0;
+  size_t padding = 0;
+  for (const char c : text) {
+    if (is_space(c))
+      continue;
+    if (c == '=') {
+      ++padding;
+      continue;
+    }
+    const size_t digit = kDigits.find(c);
+    if (digit == std::string_view::npos || padding > 0)
+      return std::nullopt;
+    bits = (bits << 6U) | static_cast<uint32_t>(digit);
+    ++digits;
+    if (digits % 4 != 1)
+      bytes.push_back(static_cast<uint8_t>(bits >> (6U - 2U * ((digits - 1) % 4))));
+  }
+  // One digit alone is no byte; two need two signs of padding, three need one.
+  const bool is_whole = digits % 4 != 1 && padding == (4 - digits % 4) % 4;
+  return is_whole ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+bool is_xml_text(std::string_view text) {
+  while (!text.empty()) {
+    const Decoded character = decode(text);
+    if (character.length == 0 || !is_xml_character(character.code))
+      return false;
+    text.remove_prefix(character.length);
+  }
+  return true;
+}
+
+}  // namespace cocoa

@@ -1,0 +1,192 @@
+#include "foundation/small_file.h"
+
+#include <fcntl.h>
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkostemp is not in <cstdlib>'s namespace
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+
+#include "foundation/NSLog.h"
+
+namespace cocoa {
+
+namespace {
+
+constexpr mode_t kFileForUserAlone = 0600;
+constexpr mode_t kFolderForUserAlone = 0700;
+constexpr int kLockTries = 500;
+constexpr timespec kBetweenLockTries = {.tv_sec = 0, .tv_nsec = 2'000'000};
+constexpr int kMaximumKeptAside = 1000;
+
+std::error_code last_error() {
+  return {errno, std::generic_category()};
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+  ~Descriptor() {
+    if (descriptor_ >= 0)
+      close(descriptor_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return descriptor_; }
+  explicit operator bool() const { return descriptor_ >= 0; }
+
+ private:
+  int descriptor_;
+};
+
+SmallFile not_read(int error) {
+  if (error == ENOENT)
+    return {};
+  // ENXIO is a socket.
+  const bool is_unusable = error == EACCES || error == ELOOP || error == ENXIO;
+  return {.state = is_unusable ? SmallFile::State::kUnusable : SmallFile::State::kUnavailable,
+          .bytes = {},
+          .cause = std::generic_category().message(error)};
+}
+
+SmallFile unusable(const char* cause) {
+  return {.state = SmallFile::State::kUnusable, .bytes = {}, .cause = cause};
+}
+
+std::error_code write_all(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno != EINTR)
+      return last_error();
+    if (count > 0)
+      bytes.remove_prefix(static_cast<size_t>(count));
+  }
+  return {};
+}
+
+/// The bytes are on the disk, not just on their way, before the file takes the name of the old one.
+std::error_code write_to_disk(const Descriptor& file, std::string_view bytes) {
+  if (fchmod(file.get(), kFileForUserAlone) != 0)
+    return last_error();
+  if (const std::error_code error = write_all(file.get(), bytes))
+    return error;
+  return fsync(file.get()) == 0 ? std::error_code() : last_error();
+}
+
+/// rename that fails where the new name is taken.
+int rename_to_free_name(const char* from, const char* to) {
+  const int result = renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+  if (result == 0 || errno != EINVAL)
+    return result;
+  // Some file systems do not know the flag.
+  struct stat status {};
+  if (lstat(to, &status) == 0) {
+    errno = EEXIST;
+    return -1;
+  }
+  return std::rename(from, to);
+}
+
+}  // namespace
+
+SmallFile read_small_file(const std::filesystem::path& file, size_t limit) {
+  // Without O_NONBLOCK, opening a pipe would wait for its writer.
+  const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat status {};
+  if (!opened || fstat(opened.get(), &status) != 0)
+    return not_read(errno);
+  if (!S_ISREG(status.st_mode))
+    return unusable("not a regular file");
+
+  // The size is not believed: the file may grow meanwhile, or be one that tells none.
+  SmallFile result{.state = SmallFile::State::kRead, .bytes = std::string(limit + 1, '\0'), .cause = {}};
+  size_t size = 0;
+  while (size <= limit) {
+    const ssize_t count = read(opened.get(), result.bytes.data() + size, limit + 1 - size);
+    if (count < 0 && errno == EINTR)
+      continue;
+    if (count < 0)
+      return not_read(errno);
+    if (count == 0)
+      break;
+    size += static_cast<size_t>(count);
+  }
+  if (size > limit)
+    return unusable("too large");
+  result.bytes.resize(size);
+  return result;
+}
+
+std::error_code make_private_folder(const std::filesystem::path& folder) {
+  if (mkdir(folder.c_str(), kFolderForUserAlone) == 0)
+    return {};
+  if (errno == ENOENT && folder.has_relative_path()) {
+    if (const std::error_code error = make_private_folder(folder.parent_path()))
+      return error;
+    if (mkdir(folder.c_str(), kFolderForUserAlone) == 0)
+      return {};
+  }
+  return errno == EEXIST ? std::error_code() : last_error();
+}
+
+std::error_code replace_file(const std::filesystem::path& file, std::string_view bytes) {
+  std::string temporary = file.string() + ".XXXXXX";
+  std::error_code error;
+  {
+    const Descriptor opened(mkostemp(temporary.data(), O_CLOEXEC));
+    if (!opened)
+      return last_error();
+    error = write_to_disk(opened, bytes);
+  }
+  if (!error && std::rename(temporary.c_str(), file.c_str()) != 0)
+    error = last_error();
+  if (error) {
+    unlink(temporary.c_str());
+    return error;
+  }
+  // The new name itself is to outlast a power failure. Not every file system can promise it.
+  const Descriptor folder(open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder)
+    fsync(folder.get());
+  return {};
+}
+
+std::error_code keep_aside(const std::filesystem::path& file) {
+  const std::string name = file.string() + ".damaged";
+  for (int number = 1; number <= kMaximumKeptAside; ++number) {
+    const std::string candidate = number == 1 ? name : name + "." + std::to_string(number);
+    if (rename_to_free_name(file.c_str(), candidate.c_str()) == 0)
+      return {};
+    if (errno != EEXIST)
+      return last_error();
+  }
+  return std::make_error_code(std::errc::file_exists);
+}
+
+FileLock::FileLock(const std::filesystem::path& lock_file)
+    : descriptor_(open(lock_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, kFileForUserAlone)) {
+  int error = descriptor_ < 0 ? errno : EWOULDBLOCK;
+  for (int tries = 0; tries < kLockTries && error == EWOULDBLOCK; ++tries) {
+    if (tries > 0)
+      nanosleep(&kBetweenLockTries, nullptr);
+    error = flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  }
+  if (error != 0) {
+    NSLog("%s: cannot be locked, going on without: %s.", lock_file.c_str(),
+          std::generic_category().message(error).c_str());
+  }
+}
+
+FileLock::~FileLock() {
+  // Closing alone would leave the lock with a child that was forked meanwhile.
+  if (descriptor_ >= 0) {
+    flock(descriptor_, LOCK_UN);
+    close(descriptor_);
+  }
+}
+
+}  // namespace cocoa
