@@ -1,0 +1,196 @@
+#include "quartz/CGContext.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "quartz/context.h"
+
+namespace cocoa {
+
+namespace {
+
+/// Replaces the transform, unless that would leave numbers with which nothing can be drawn.
+void set_ctm(CGContext& context, const cairo_matrix_t& m) {
+  if (finite(m))
+    context.state().ctm = m;
+}
+
+void set_color(CGColorRef color, ColorModel& model, Rgba& rgba) {
+  model = color->space->model;
+  rgba = color->rgba();
+}
+
+void set_shadow(CGContext& context, CGSize offset, CGFloat blur, const Rgba& color) {
+  auto& state = context.state();
+  const double dx = static_cast<double>(offset.width) * context.scale;
+  const double dy = -static_cast<double>(offset.height) * context.scale;
+  const double radius = static_cast<double>(blur) * context.scale;
+  constexpr double max_blur = 1000;
+  state.has_shadow = color.alpha > 0 && std::abs(dx) < max_coordinate && std::abs(dy) < max_coordinate;
+  state.shadow = {color, dx, dy, radius > 0 ? std::min(radius, max_blur) : 0, state.clip_count};
+}
+
+}  // namespace
+
+CGContext::CGContext(Surface bitmap, double device_pixels_a_point) : scale(device_pixels_a_point) {
+  const int width = cairo_image_surface_get_width(bitmap.get());
+  const int height = cairo_image_surface_get_height(bitmap.get());
+  base = {scale, 0, 0, -scale, 0, static_cast<double>(height)};
+  Cairo drawing(cairo_create(bitmap.get()));
+  targets.push_back({{}, std::move(bitmap), std::move(drawing), {0, 0, width, height}});
+  GraphicsState first;
+  first.ctm = base;
+  first.clip_bounds = targets.back().bounds;
+  states.push_back(first);
+}
+
+CGContextRef CGContextCreateOn(Surface bitmap, double scale) {
+  auto* context = new CGContext(std::move(bitmap), scale);
+  if (cairo_status(context->cr()) == CAIRO_STATUS_SUCCESS)
+    return context;
+  CGContextRelease(context);
+  return nullptr;
+}
+
+const PathData& CGContext::take_path() {
+  std::swap(path, taken);
+  path.clear();
+  return taken;
+}
+
+void set_source(cairo_t* cr, const Rgba& color, double alpha) {
+  cairo_set_source_rgba(cr, color.red, color.green, color.blue, color.alpha * alpha);
+}
+
+CGContextRef CGContextRetain(CGContextRef context) {
+  return retain_counted(context);
+}
+void CGContextRelease(CGContextRef context) {
+  release_counted(context);
+}
+
+void CGContextSaveGState(CGContextRef context) {
+  if (!context)
+    return;
+  cairo_save(context->cr());
+  context->states.push_back(context->state());
+}
+void CGContextRestoreGState(CGContextRef context) {
+  if (!context || context->states.size() <= context->target().first_state + 1)
+    return;
+  cairo_restore(context->cr());
+  context->states.pop_back();
+}
+
+void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty) {
+  CGContextConcatCTM(context, CGAffineTransformMakeTranslation(tx, ty));
+}
+void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy) {
+  CGContextConcatCTM(context, CGAffineTransformMakeScale(sx, sy));
+}
+void CGContextRotateCTM(CGContextRef context, CGFloat angle) {
+  CGContextConcatCTM(context, CGAffineTransformMakeRotation(angle));
+}
+void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform) {
+  if (!context)
+    return;
+  const cairo_matrix_t first = matrix_from(transform);
+  cairo_matrix_t both;
+  cairo_matrix_multiply(&both, &first, &context->state().ctm);
+  set_ctm(*context, both);
+}
+CGAffineTransform CGContextGetCTM(CGContextRef context) {
+  if (!context)
+    return CGAffineTransformIdentity;
+  cairo_matrix_t to_base = context->base;
+  cairo_matrix_invert(&to_base);
+  cairo_matrix_t both;
+  cairo_matrix_multiply(&both, &context->state().ctm, &to_base);
+  return transform_from(both);
+}
+
+void CGContextSetLineWidth(CGContextRef context, CGFloat width) {
+  if (context && width >= 0 && std::isfinite(width))
+    context->state().line_width = static_cast<double>(width);
+}
+void CGContextSetLineCap(CGContextRef context, CGLineCap cap) {
+  if (!context)
+    return;
+  context->state().cap = cap == kCGLineCapRound    ? CAIRO_LINE_CAP_ROUND
+                         : cap == kCGLineCapSquare ? CAIRO_LINE_CAP_SQUARE
+                                                   : CAIRO_LINE_CAP_BUTT;
+}
+void CGContextSetLineJoin(CGContextRef context, CGLineJoin join) {
+  if (!context)
+    return;
+  context->state().join = join == kCGLineJoinRound   ? CAIRO_LINE_JOIN_ROUND
+                          : join == kCGLineJoinBevel ? CAIRO_LINE_JOIN_BEVEL
+                                                     : CAIRO_LINE_JOIN_MITER;
+}
+void CGContextSetMiterLimit(CGContextRef context, CGFloat limit) {
+  if (context && limit > 0 && std::isfinite(limit))
+    context->state().miter_limit = static_cast<double>(limit);
+}
+void CGContextSetShouldAntialias(CGContextRef context, bool shouldAntialias) {
+  if (context)
+    context->state().antialias = shouldAntialias;
+}
+void CGContextSetAlpha(CGContextRef context, CGFloat alpha) {
+  if (context && !std::isnan(alpha))
+    context->state().alpha = unit_value(static_cast<double>(alpha));
+}
+
+void CGContextSetFillColorSpace(CGContextRef context, CGColorSpaceRef space) {
+  if (!context || !space)
+    return;
+  context->state().fill_model = space->model;
+  context->state().fill = {};
+}
+void CGContextSetStrokeColorSpace(CGContextRef context, CGColorSpaceRef space) {
+  if (!context || !space)
+    return;
+  context->state().stroke_model = space->model;
+  context->state().stroke = {};
+}
+void CGContextSetFillColor(CGContextRef context, const CGFloat* components) {
+  if (context && components)
+    context->state().fill = rgba_from_components(context->state().fill_model, components);
+}
+void CGContextSetStrokeColor(CGContextRef context, const CGFloat* components) {
+  if (context && components)
+    context->state().stroke = rgba_from_components(context->state().stroke_model, components);
+}
+void CGContextSetFillColorWithColor(CGContextRef context, CGColorRef color) {
+  if (context && color)
+    set_color(color, context->state().fill_model, context->state().fill);
+}
+void CGContextSetStrokeColorWithColor(CGContextRef context, CGColorRef color) {
+  if (context && color)
+    set_color(color, context->state().stroke_model, context->state().stroke);
+}
+void CGContextSetRGBFillColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha) {
+  if (!context)
+    return;
+  const CGFloat components[] = {red, green, blue, alpha};
+  context->state().fill_model = ColorModel::rgb;
+  context->state().fill = rgba_from_components(ColorModel::rgb, components);
+}
+void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue,
+                                CGFloat alpha) {
+  if (!context)
+    return;
+  const CGFloat components[] = {red, green, blue, alpha};
+  context->state().stroke_model = ColorModel::rgb;
+  context->state().stroke = rgba_from_components(ColorModel::rgb, components);
+}
+
+void CGContextSetShadowWithColor(CGContextRef context, CGSize offset, CGFloat blur, CGColorRef color) {
+  if (context)
+    set_shadow(*context, offset, blur, color ? color->rgba() : Rgba{0, 0, 0, 0});
+}
+void CGContextSetShadow(CGContextRef context, CGSize offset, CGFloat blur) {
+  if (context)
+    set_shadow(*context, offset, blur, {0, 0, 0, 1.0 / 3});
+}
+
+}  // namespace cocoa

@@ -1,0 +1,128 @@
+#include <algorithm>
+#include <cmath>
+
+#include "quartz/context.h"
+
+namespace cocoa {
+
+namespace {
+
+struct PathPaint {
+  bool fill = false;
+  bool stroke = false;
+  cairo_fill_rule_t rule = CAIRO_FILL_RULE_WINDING;
+};
+
+/// How far a stroke reaches from its path at most, in device pixels.
+double stroke_reach(const GraphicsState& state) {
+  const cairo_matrix_t& m = state.ctm;
+  const double stretch = std::hypot(std::hypot(m.xx, m.yx), std::hypot(m.xy, m.yy));
+  const double corner = state.join == CAIRO_LINE_JOIN_MITER ? std::max(state.miter_limit, 1.5) : 1.5;
+  return std::min(state.line_width / 2 * stretch * corner, max_coordinate);
+}
+
+void fill_on(cairo_t* cr, const GraphicsState& state, const PathData& path, cairo_fill_rule_t rule) {
+  cairo_new_path(cr);
+  path.append_to(cr);
+  cairo_set_fill_rule(cr, rule);
+  set_source(cr, state.fill, state.alpha);
+  cairo_fill(cr);
+}
+
+void stroke_on(cairo_t* cr, const GraphicsState& state, const PathData& path) {
+  if (!invertible(state.ctm) || state.line_width <= 0)
+    return;
+  cairo_new_path(cr);
+  path.append_to(cr);
+  set_source(cr, state.stroke, state.alpha);
+  cairo_set_line_width(cr, state.line_width);
+  cairo_set_line_cap(cr, state.cap);
+  cairo_set_line_join(cr, state.join);
+  cairo_set_miter_limit(cr, state.miter_limit);
+  // The pen is round in user space; the path is in device pixels already. Relative to the matrix that is
+  // there, which for a shadow moves everything.
+  cairo_matrix_t before;
+  cairo_get_matrix(cr, &before);
+  cairo_transform(cr, &state.ctm);
+  cairo_stroke(cr);
+  cairo_set_matrix(cr, &before);
+}
+
+void paint_path(CGContext& context, const PathPaint& paint) {
+  const PathData& path = context.take_path();
+  if (path.empty())
+    return;
+  const GraphicsState& state = context.state();
+  const int reach = paint.stroke ? static_cast<int>(std::ceil(stroke_reach(state))) : 0;
+  paint_object(context, path.bounds().pixels().grown(reach), [&](cairo_t* cr) {
+    cairo_set_antialias(cr, state.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+    if (paint.fill)
+      fill_on(cr, state, path, paint.rule);
+    if (paint.stroke)
+      stroke_on(cr, state, path);
+  });
+}
+
+}  // namespace
+
+void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode) {
+  if (!context)
+    return;
+  const bool even_odd = mode == kCGPathEOFill || mode == kCGPathEOFillStroke;
+  paint_path(*context, {.fill = mode != kCGPathStroke,
+                        .stroke = mode >= kCGPathStroke,
+                        .rule = even_odd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING});
+}
+void CGContextFillPath(CGContextRef context) {
+  CGContextDrawPath(context, kCGPathFill);
+}
+void CGContextEOFillPath(CGContextRef context) {
+  CGContextDrawPath(context, kCGPathEOFill);
+}
+void CGContextStrokePath(CGContextRef context) {
+  CGContextDrawPath(context, kCGPathStroke);
+}
+
+void CGContextFillRect(CGContextRef context, CGRect rect) {
+  CGContextBeginPath(context);
+  CGContextAddRect(context, rect);
+  CGContextFillPath(context);
+}
+void CGContextStrokeRect(CGContextRef context, CGRect rect) {
+  CGContextBeginPath(context);
+  CGContextAddRect(context, rect);
+  CGContextStrokePath(context);
+}
+void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width) {
+  if (!context)
+    return;
+  const double line_width = context->state().line_width;
+  CGContextSetLineWidth(context, width);
+  CGContextStrokeRect(context, rect);
+  context->state().line_width = line_width;
+}
+void CGContextFillEllipseInRect(CGContextRef context, CGRect rect) {
+  CGContextBeginPath(context);
+  CGContextAddEllipseInRect(context, rect);
+  CGContextFillPath(context);
+}
+void CGContextStrokeEllipseInRect(CGContextRef context, CGRect rect) {
+  CGContextBeginPath(context);
+  CGContextAddEllipseInRect(context, rect);
+  CGContextStrokePath(context);
+}
+void CGContextClearRect(CGContextRef context, CGRect rect) {
+  if (!context)
+    return;
+  CGContextBeginPath(context);
+  CGContextAddRect(context, rect);
+  cairo_t* cr = context->cr();
+  cairo_new_path(cr);
+  context->take_path().append_to(cr);
+  cairo_set_antialias(cr, context->state().antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+  cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+  cairo_fill(cr);
+  cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+}
+
+}  // namespace cocoa

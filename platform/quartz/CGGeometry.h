@@ -1,0 +1,19 @@
+#pragma once
+
+#include "foundation/NSGeometry.h"
+
+/// Makers of the geometry types under their Quartz names.
+
+namespace cocoa {
+
+constexpr CGPoint CGPointMake(CGFloat x, CGFloat y) {
+  return {x, y};
+}
+constexpr CGSize CGSizeMake(CGFloat width, CGFloat height) {
+  return {width, height};
+}
+constexpr CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
+  return {{x, y}, {width, height}};
+}
+
+}  // namespace cocoa

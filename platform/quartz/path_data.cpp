@@ -1,0 +1,248 @@
+#include "quartz/path_data.h"
+
+#include <numbers>
+
+namespace cocoa {
+
+namespace {
+
+using std::numbers::pi;
+
+PathData::Point transformed(const cairo_matrix_t& m, double x, double y) {
+  return {m.xx * x + m.xy * y + m.x0, m.yx * x + m.yy * y + m.y0};
+}
+
+bool finite(PathData::Point p) {
+  return std::isfinite(p.x) && std::isfinite(p.y);
+}
+
+/// The angle from start to end in the given direction; a whole turn for angles a turn or more apart. The
+/// tolerance is for turns that were rounded to single precision.
+double sweep_of_arc(double start, double end, bool clockwise) {
+  const double difference = clockwise ? start - end : end - start;
+  const double sweep = std::abs(difference) > 2 * pi - 1e-6 ? 2 * pi
+                       : difference < 0                     ? difference + 2 * pi
+                                                            : difference;
+  return clockwise ? -sweep : sweep;
+}
+
+}  // namespace
+
+void PathData::clear() {
+  verbs_.clear();
+  points_.clear();
+}
+
+void PathData::move_to(const cairo_matrix_t& m, double x, double y) {
+  const Point p = transformed(m, x, y);
+  if (!finite(p))
+    return;
+  verbs_.push_back(Verb::move);
+  points_.push_back(p);
+  subpath_start_ = p;
+}
+
+void PathData::begin_segment() {
+  if (verbs_.back() != Verb::close)
+    return;
+  verbs_.push_back(Verb::move);
+  points_.push_back(subpath_start_);
+}
+
+void PathData::line_to(const cairo_matrix_t& m, double x, double y) {
+  const Point p = transformed(m, x, y);
+  if (!has_current_point() || !finite(p))
+    return;
+  begin_segment();
+  verbs_.push_back(Verb::line);
+  points_.push_back(p);
+}
+
+void PathData::curve_to(const cairo_matrix_t& m, const Point (&p)[3]) {
+  const Point q[3] = {transformed(m, p[0].x, p[0].y), transformed(m, p[1].x, p[1].y),
+                      transformed(m, p[2].x, p[2].y)};
+  if (!has_current_point() || !finite(q[0]) || !finite(q[1]) || !finite(q[2]))
+    return;
+  begin_segment();
+  verbs_.push_back(Verb::curve);
+  points_.insert(points_.end(), {q[0], q[1], q[2]});
+}
+
+void PathData::close() {
+  if (has_current_point() && verbs_.back() != Verb::close)
+    verbs_.push_back(Verb::close);
+}
+
+void PathData::arc_segments(const cairo_matrix_t& m, Point center, double radius, double start,
+                            double sweep) {
+  const int count = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (pi / 2) - 1e-9)));
+  const double step = sweep / count;
+  // The control points that make a cubic touch the circle at its middle too.
+  const double k = 4.0 / 3.0 * std::tan(step / 4) * radius;
+  for (int i = 0; i < count; ++i) {
+    const double a = start + i * step;
+    const double b = a + step;
+    const Point from{center.x + radius * std::cos(a), center.y + radius * std::sin(a)};
+    const Point to{center.x + radius * std::cos(b), center.y + radius * std::sin(b)};
+    curve_to(m, {{from.x - k * std::sin(a), from.y + k * std::cos(a)},
+                 {to.x + k * std::sin(b), to.y - k * std::cos(b)},
+                 to});
+  }
+}
+
+void PathData::add_arc(const cairo_matrix_t& m, Point center, double radius, double start, double end,
+                       bool clockwise) {
+  const Point first{center.x + radius * std::cos(start), center.y + radius * std::sin(start)};
+  if (!(radius >= 0) || !finite(transformed(m, first.x, first.y)) || !std::isfinite(end))
+    return;
+  if (has_current_point()) {
+    line_to(m, first.x, first.y);
+  } else {
+    move_to(m, first.x, first.y);
+  }
+  const double sweep = sweep_of_arc(start, end, clockwise);
+  if (radius > 0 && sweep != 0)
+    arc_segments(m, center, radius, start, sweep);
+}
+
+void PathData::add_arc_to_point(const cairo_matrix_t& m, Point p1, Point p2, double radius) {
+  cairo_matrix_t inverse = m;
+  if (!has_current_point() || !finite(p1) || !finite(p2) || !std::isfinite(radius) ||
+      cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS)
+    return;
+  const Point current = current_point();
+  const Point p0 = transformed(inverse, current.x, current.y);
+  const double length0 = std::hypot(p0.x - p1.x, p0.y - p1.y);
+  const double length2 = std::hypot(p2.x - p1.x, p2.y - p1.y);
+  const Point u{(p0.x - p1.x) / length0, (p0.y - p1.y) / length0};
+  const Point v{(p2.x - p1.x) / length2, (p2.y - p1.y) / length2};
+  const double sine = u.x * v.y - u.y * v.x;
+  const double cosine = u.x * v.x + u.y * v.y;
+  if (!(length0 > 0 && length2 > 0 && radius > 0 && std::abs(sine) > 1e-9)) {
+    line_to(m, p1.x, p1.y);
+    return;
+  }
+  // r / tan(θ/2) from the corner, θ being the angle between the two lines.
+  const double distance = radius * (1 + cosine) / std::abs(sine);
+  const Point t1{p1.x + u.x * distance, p1.y + u.y * distance};
+  const double side = sine > 0 ? 1 : -1;
+  const Point center{t1.x - side * radius * u.y, t1.y + side * radius * u.x};
+  const double sweep = -side * (pi - std::atan2(std::abs(sine), cosine));
+  if (std::hypot(t1.x - p0.x, t1.y - p0.y) > 1e-9 * length0)
+    line_to(m, t1.x, t1.y);
+  arc_segments(m, center, radius, std::atan2(t1.y - center.y, t1.x - center.x), sweep);
+}
+
+void PathData::add_ellipse(const cairo_matrix_t& m, CGRect rect) {
+  const double rx = static_cast<double>(rect.size.width) / 2;
+  const double ry = static_cast<double>(rect.size.height) / 2;
+  // Maps the unit circle to the ellipse.
+  const cairo_matrix_t to_ellipse{
+      rx, 0, 0, ry, static_cast<double>(rect.origin.x) + rx, static_cast<double>(rect.origin.y) + ry};
+  cairo_matrix_t both;
+  cairo_matrix_multiply(&both, &to_ellipse, &m);
+  if (!finite(transformed(both, 1, 1)) || !finite(transformed(both, -1, -1)))
+    return;
+  move_to(both, 1, 0);
+  arc_segments(both, {0, 0}, 1, 0, -2 * pi);
+  close();
+}
+
+void PathData::add_rect(const cairo_matrix_t& m, CGRect rect) {
+  const auto x = static_cast<double>(rect.origin.x);
+  const auto y = static_cast<double>(rect.origin.y);
+  const double right = x + static_cast<double>(rect.size.width);
+  const double top = y + static_cast<double>(rect.size.height);
+  if (!finite(transformed(m, x, y)) || !finite(transformed(m, right, top)))
+    return;
+  move_to(m, x, y);
+  line_to(m, right, y);
+  line_to(m, right, top);
+  line_to(m, x, top);
+  close();
+}
+
+void PathData::add_path(const cairo_matrix_t& m, const PathData& other) {
+  const PathData source = &other == this ? other : PathData();
+  const PathData& from = &other == this ? source : other;
+  const Point* p = from.points_.data();
+  for (const Verb verb : from.verbs_) {
+    switch (verb) {
+      case Verb::move:
+        move_to(m, p->x, p->y);
+        break;
+      case Verb::line:
+        line_to(m, p->x, p->y);
+        break;
+      case Verb::curve:
+        curve_to(m, {p[0], p[1], p[2]});
+        break;
+      case Verb::close:
+        close();
+        continue;
+    }
+    p += verb == Verb::curve ? 3 : 1;
+  }
+}
+
+DeviceBox PathData::bounds() const {
+  DeviceBox box;
+  for (const Point& p : points_) {
+    box.add(std::clamp(p.x, -max_coordinate, max_coordinate),
+            std::clamp(p.y, -max_coordinate, max_coordinate));
+  }
+  return box;
+}
+
+bool PathData::is_box() const {
+  constexpr Verb box[] = {Verb::move, Verb::line, Verb::line, Verb::line, Verb::close};
+  if (!std::equal(verbs_.begin(), verbs_.end(), std::begin(box), std::end(box)))
+    return false;
+  const auto& p = points_;
+  const bool sideways = p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x;
+  const bool upright = p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y;
+  return sideways || upright;
+}
+
+void PathData::append_to(cairo_t* cr) const {
+  const auto within = [](double v) { return std::clamp(v, -max_coordinate, max_coordinate); };
+  const Point* p = points_.data();
+  for (const Verb verb : verbs_) {
+    switch (verb) {
+      case Verb::move:
+        cairo_move_to(cr, within(p->x), within(p->y));
+        break;
+      case Verb::line:
+        cairo_line_to(cr, within(p->x), within(p->y));
+        break;
+      case Verb::curve:
+        cairo_curve_to(cr, within(p[0].x), within(p[0].y), within(p[1].x), within(p[1].y), within(p[2].x),
+                       within(p[2].y));
+        break;
+      case Verb::close:
+        cairo_close_path(cr);
+        continue;
+    }
+    p += verb == Verb::curve ? 3 : 1;
+  }
+}
+
+bool PathData::contains(Point p, bool even_odd) const {
+  if (empty() || !finite(p))
+    return false;
+  const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1));
+  const Cairo cr(cairo_create(surface.get()));
+  cairo_set_tolerance(cr.get(), 0.01);
+  cairo_set_fill_rule(cr.get(), even_odd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING);
+  append_to(cr.get());
+  return cairo_in_fill(cr.get(), p.x, p.y) != 0;
+}
+
+CGRect rect_from_box(const DeviceBox& box) {
+  if (!(box.x0 <= box.x1 && box.y0 <= box.y1))
+    return {};
+  return CGRectMake(static_cast<CGFloat>(box.x0), static_cast<CGFloat>(box.y0),
+                    static_cast<CGFloat>(box.x1 - box.x0), static_cast<CGFloat>(box.y1 - box.y0));
+}
+
+}  // namespace cocoa

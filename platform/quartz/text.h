@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "quartz/CGContext.h"
+#include "quartz/CGGeometry.h"
+
+/// Text in a rectangle, as the platform's string drawing sets it.
+
+namespace cocoa {
+
+/// Natural is left, or right where the text runs from right to left.
+enum class TextAlignment { left = 0, right = 1, center = 2, justified = 3, natural = 4 };
+
+/// What happens to a line that is wider than the rectangle: it is wrapped between words (within a word that
+/// is too wide) or between any characters; cut off at the rectangle's sides; or shortened with an ellipsis.
+enum class LineBreak {
+  word_wrap = 0,
+  char_wrap = 1,
+  clip = 2,
+  truncate_head = 3,
+  truncate_tail = 4,
+  truncate_middle = 5
+};
+
+struct TextStyle {
+  std::string family;  ///< empty: the system font
+  double size = 13;    ///< points
+  bool bold = false;
+  TextAlignment alignment = TextAlignment::natural;
+  LineBreak line_break = LineBreak::word_wrap;
+  double red = 0;  ///< colour, not premultiplied, 0 to 1
+  double green = 0;
+  double blue = 0;
+  double alpha = 1;
+  bool operator==(const TextStyle&) const = default;
+};
+
+/// Draws UTF-8 text into `rect`, in user space with y upwards: from the rectangle's top edge down, line by
+/// line, as many lines as fit wholly but always the first. Newlines break lines. Ink may reach beyond the
+/// rectangle. Letters keep their shapes and distances at every scale; whole lines move by less than a device
+/// pixel so that baselines lie on pixel rows. Bytes that are not UTF-8 show as replacement characters.
+/// The layouts of the last few texts are kept, for each thread.
+void CGContextDrawText(CGContextRef context, CGRect rect, std::string_view utf8, const TextStyle& style);
+
+/// What the text needs without wrapping, in points: the width of its widest line, the height of all lines.
+CGSize text_size(std::string_view utf8, const TextStyle& style);
+
+}  // namespace cocoa

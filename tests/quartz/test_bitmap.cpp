@@ -1,0 +1,99 @@
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "canvas.h"
+#include "foundation/NSLog.h"
+
+namespace cocoa {
+namespace {
+
+constexpr uint32_t format = kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Host;
+
+struct Log {
+  std::vector<std::string> lines;
+  NSLogHook hook{[this](std::string_view line) { lines.emplace_back(line); }};
+};
+
+TEST(Bitmap, LowerLeftOfUserSpaceIsTheLastRowInMemory) {
+  std::array<uint32_t, 6> pixels{};
+  CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
+  CGContextRef c = CGBitmapContextCreate(pixels.data(), 3, 2, 8, 12, space, format);
+  ASSERT_NE(c, nullptr);
+  CGContextSetRGBFillColor(c, 1, 0.5, 0, 1);
+  CGContextFillRect(c, CGRectMake(0, 0, 1, 1));
+  EXPECT_EQ(pixels[3] & 0xFFFF00FF, 0xFFFF0000);
+  EXPECT_NEAR(static_cast<int>(pixels[3] >> 8 & 0xFF), 128, 1);
+  EXPECT_EQ(pixels[0], 0U);
+  EXPECT_EQ(CGBitmapContextGetData(c), pixels.data());
+  EXPECT_EQ(CGBitmapContextGetWidth(c), 3U);
+  EXPECT_EQ(CGBitmapContextGetHeight(c), 2U);
+  EXPECT_EQ(CGBitmapContextGetBytesPerRow(c), 12U);
+  CGContextRelease(c);
+  CGColorSpaceRelease(space);
+}
+
+TEST(Bitmap, RowsMayBeLongerThanThePixelsNeed) {
+  std::array<uint32_t, 10> pixels{};
+  CGContextRef c = CGBitmapContextCreateWithScale(pixels.data(), 3, 2, 20, 1);
+  CGContextFillRect(c, CGRectMake(0, 0, 10, 10));
+  draw_and_release(c, axial(
+                          {0, 0}, {0, 2}, [](CGFloat, CGFloat* rgba) { rgba[3] = 1; }, true, true));
+  EXPECT_EQ(pixels, (std::array<uint32_t, 10>{0xFF000000, 0xFF000000, 0xFF000000, 0, 0, 0xFF000000,
+                                              0xFF000000, 0xFF000000, 0, 0}));
+  CGContextRelease(c);
+}
+
+TEST(Bitmap, HasMemoryOfItsOwnWithoutAny) {
+  CGContextRef c = CGBitmapContextCreateWithScale(nullptr, 4, 4, 0, 2);
+  ASSERT_NE(CGBitmapContextGetData(c), nullptr);
+  CGContextFillRect(c, CGRectMake(0, 0, 1, 1));
+  uint32_t lower_left = 0;
+  std::memcpy(&lower_left,
+              static_cast<char*>(CGBitmapContextGetData(c)) + 3 * CGBitmapContextGetBytesPerRow(c), 4);
+  EXPECT_EQ(lower_left, 0xFF000000);
+  CGContextRelease(CGContextRetain(c));
+  CGContextRelease(c);
+}
+
+TEST(Bitmap, FormatsThatAreNotThereAreLogged) {
+  CGColorSpaceRef rgb = CGColorSpaceCreateDeviceRGB();
+  CGColorSpaceRef gray = CGColorSpaceCreateDeviceGray();
+  Log log;
+  EXPECT_EQ(CGBitmapContextCreate(nullptr, 3, 2, 16, 0, rgb, format), nullptr);
+  EXPECT_EQ(CGBitmapContextCreate(nullptr, 3, 2, 8, 0, gray, format), nullptr);
+  EXPECT_EQ(CGBitmapContextCreate(nullptr, 3, 2, 8, 0, rgb, 1), nullptr);
+  EXPECT_EQ(CGBitmapContextCreate(nullptr, 3, 2, 8, 0, nullptr, format), nullptr);
+  uint32_t pixel[4] = {};
+  EXPECT_EQ(CGBitmapContextCreateWithScale(pixel, 2, 2, 4, 1), nullptr);
+  EXPECT_EQ(CGBitmapContextCreateWithScale(pixel, 1, 2, 6, 1), nullptr);
+  EXPECT_EQ(CGBitmapContextCreateWithScale(pixel, 2, 2, 0, 0), nullptr);
+  EXPECT_EQ(CGBitmapContextCreateWithScale(pixel, 2, 2, 0, NAN), nullptr);
+  EXPECT_EQ(CGBitmapContextCreateWithScale(nullptr, 1U << 20, 2, 0, 1), nullptr);
+  EXPECT_EQ(log.lines.size(), 9U);
+  CGColorSpaceRelease(rgb);
+  CGColorSpaceRelease(gray);
+}
+
+TEST(Bitmap, WritesPictures) {
+  const std::string path = testing::TempDir() + "quartz_bitmap.png";
+  Canvas canvas(5, 4);
+  EXPECT_TRUE(CGBitmapContextWritePNG(canvas.context(), path.c_str()));
+  std::ifstream file(path, std::ios::binary);
+  std::array<char, 24> head{};
+  file.read(head.data(), head.size());
+  EXPECT_EQ(std::string(head.data() + 1, 3), "PNG");
+  EXPECT_EQ(head[19], 5);
+  EXPECT_EQ(head[23], 4);
+  std::filesystem::remove(path);
+  Log log;
+  EXPECT_FALSE(CGBitmapContextWritePNG(canvas.context(), "/nowhere/at/all.png"));
+  EXPECT_FALSE(CGBitmapContextWritePNG(nullptr, path.c_str()));
+  EXPECT_EQ(log.lines.size(), 2U);
+}
+
+}  // namespace
+}  // namespace cocoa
