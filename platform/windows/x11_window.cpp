@@ -1,0 +1,307 @@
+#include "windows/x11_window.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "foundation/NSLog.h"
+#include "windows/pixel_geometry.h"
+#include "windows/x11_connection.h"
+#include "windows/x11_properties.h"
+#include "windows/x11_system.h"
+
+namespace cocoa {
+
+std::unique_ptr<X11Window> X11Window::make(X11WindowSystem& system, const WindowOptions& options,
+                                           PlatformWindowDelegate& delegate) {
+  std::unique_ptr<X11Window> window(new X11Window(system, options, delegate));
+  if (!window->create()) {
+    NSLog("The X server refused the window \"%s\".", options.title.c_str());
+    return nullptr;
+  }
+  window->describe(options.title);
+  system.add(*window);
+  system.connection().flush();
+  return window;
+}
+
+X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, PlatformWindowDelegate& delegate)
+    : system_(system),
+      connection_(system.connection()),
+      delegate_(delegate),
+      kind_(options.kind),
+      id_(xcb_generate_id(system.connection().get())),
+      scale_(system.defaultScale()),
+      parent_height_(system.screenHeight()) {
+  if (kind_ == WindowKind::embedded)
+    host_ = static_cast<xcb_window_t>(options.host_window);
+  if (options.parent && (kind_ == WindowKind::panel || kind_ == WindowKind::popup))
+    parent_ = static_cast<xcb_window_t>(options.parent->nativeHandle());
+  place(options.frame);
+}
+
+uint32_t X11Window::eventMask() const {
+  uint32_t mask = XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_EXPOSURE |
+                  XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE |
+                  XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_VISIBILITY_CHANGE;
+  if (selects_keys_)
+    mask |= XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+  if (!system_.pointingDevices().usable())
+    mask |= XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
+  return mask;
+}
+
+bool X11Window::create() {
+  xcb_connection_t* c = connection_.get();
+  xcb_window_t parent = connection_.root();
+  if (kind_ == WindowKind::embedded) {
+    parent = host_;
+    // The pointer over us would draw the host's keys to us: they are selected only while we are key.
+    selects_keys_ = false;
+    const XcbPtr<xcb_get_geometry_reply_t> host(
+        xcb_get_geometry_reply(c, xcb_get_geometry(c, host_), nullptr));
+    if (!host)
+      return false;
+    parent_height_ = host->height;
+    place({{}, size_});
+    constexpr uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(c, host_, XCB_CW_EVENT_MASK, &structure);
+  }
+  const bool translucent =
+      kind_ == WindowKind::popup && connection_.translucentVisual() && connection_.hasCompositor();
+  const X11Visual& visual = translucent ? connection_.translucentVisual() : connection_.opaqueVisual();
+
+  // A visual other than the parent's needs a border, a colormap and a background of its own.
+  xcb_create_window_value_list_t values{};
+  values.event_mask = eventMask();
+  values.colormap = visual.colormap;
+  values.override_redirect = kind_ == WindowKind::popup ? 1 : 0;
+  uint32_t mask = XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP | XCB_CW_OVERRIDE_REDIRECT;
+  // Without a background the server leaves on the screen what is there until the first frame comes.
+  mask |= translucent ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP;
+  const auto cookie = xcb_create_window_aux_checked(c, visual.depth, id_, parent, static_cast<int16_t>(x_),
+                                                    static_cast<int16_t>(y_), static_cast<uint16_t>(width_),
+                                                    static_cast<uint16_t>(height_), 0,
+                                                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.id, mask, &values);
+  if (const XcbPtr<xcb_generic_error_t> error(xcb_request_check(c, cookie)); error || connection_.lost())
+    return false;
+  configured_by_ = cookie.sequence;
+  blends_itself_ = kind_ == WindowKind::popup && !translucent;
+  // What is blended on its way is not what lies in memory.
+  const bool shares_memory = system_.sharesMemory() && !blends_itself_;
+  surface_ = std::make_unique<X11Surface>(connection_, id_, visual.depth, shares_memory);
+  surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_));
+  return true;
+}
+
+void X11Window::describe(const std::string& title) {
+  const xcb_window_t leader = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
+  managed_ = isManageable() && connection_.hasWindowManager();
+  set_identity(connection_, id_, kind_, leader);
+  set_fixed_size(connection_, id_, width_, height_, kind_);
+  if (kind_ != WindowKind::embedded)
+    set_title(connection_, id_, title);
+  if (system_.pointingDevices().usable())
+    system_.pointingDevices().select(id_);
+}
+
+X11Window::~X11Window() {
+  system_.remove(*this);
+  if (!surface_)
+    return;
+  if (!gone_) {
+    giveKeyBack();
+    xcb_destroy_window(connection_.get(), id_);
+  }
+  surface_.reset();
+  connection_.flush();
+}
+
+void X11Window::place(NSRect frame) {
+  const auto pixel = [this](CGFloat points) {
+    const double exact = static_cast<double>(points) * scale_;
+    return static_cast<int>(
+        std::lround(std::clamp<double>(exact, -largest_pixel_extent, largest_pixel_extent)));
+  };
+  size_ = frame.size;
+  width_ = std::max(1, device_pixels(size_.width, scale_));
+  height_ = std::max(1, device_pixels(size_.height, scale_));
+  x_ = pixel(frame.origin.x);
+  y_ = parent_height_ - pixel(frame.origin.y) - height_;
+  if (kind_ == WindowKind::embedded) {
+    // A host often gives its window the right size only later; its upper left corner stays.
+    x_ = std::max(0, x_);
+    y_ = std::max(0, y_);
+  }
+}
+
+NSRect X11Window::frame() const {
+  return {{static_cast<CGFloat>(x_ / scale_), static_cast<CGFloat>((parent_height_ - y_ - height_) / scale_)},
+          size_};
+}
+
+NSRect X11Window::screenFrame() const {
+  screen_x_ = x_;
+  screen_y_ = y_;
+  if (!gone_ && (kind_ == WindowKind::embedded || reparented_)) {
+    if (const auto origin = connection_.originOf(id_)) {
+      screen_x_ = origin->x;
+      screen_y_ = origin->y;
+    }
+  }
+  const int below = system_.screenHeight() - screen_y_ - height_;
+  return {{static_cast<CGFloat>(screen_x_ / scale_), static_cast<CGFloat>(below / scale_)}, size_};
+}
+
+void X11Window::setFrame(NSRect frame) {
+  const NSSize size_before = size_;
+  place(frame);
+  if (gone_)
+    return;
+  if (size_ != size_before) {
+    set_fixed_size(connection_, id_, width_, height_, kind_);
+    if (surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_))) {
+      must_redraw_ = true;
+      connection_.wake();
+    }
+  }
+  configure();
+  if (blends_itself_) {
+    // Another part of the parent shows through now.
+    lieOverParent();
+    surface_->restore({0, 0, width_, height_});
+  }
+  connection_.flush();
+}
+
+void X11Window::configure() {
+  xcb_configure_window_value_list_t values{};
+  values.x = x_;
+  values.y = y_;
+  values.width = static_cast<uint32_t>(width_);
+  values.height = static_cast<uint32_t>(height_);
+  constexpr uint16_t mask =
+      XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+  configured_by_ = xcb_configure_window_aux(connection_.get(), id_, mask, &values).sequence;
+}
+
+void X11Window::setTitle(std::string_view title) {
+  if (gone_ || kind_ == WindowKind::embedded)
+    return;
+  set_title(connection_, id_, title);
+  connection_.flush();
+}
+
+void X11Window::show() {
+  if (gone_)
+    return;
+  shown_ = true;
+  // The place of an embedded window is not told; without it the wrong part would show through.
+  if (const X11Window* parent = blends_itself_ ? system_.find(parent_) : nullptr)
+    parent->screenFrame();
+  if (kind_ == WindowKind::panel && !mapped_)
+    set_above(connection_, id_);
+  constexpr uint32_t above = XCB_STACK_MODE_ABOVE;
+  xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+  xcb_map_window(connection_.get(), id_);
+  // Nobody can come between an override-redirect window and its being mapped.
+  if (kind_ == WindowKind::popup)
+    mapped_ = true;
+  if (mapped_ && std::exchange(wants_key_, false))
+    takeKey();
+  connection_.flush();
+}
+
+void X11Window::hide() {
+  if (gone_ || !shown_)
+    return;
+  giveKeyBack();
+  shown_ = false;
+  wants_key_ = false;
+  xcb_unmap_window(connection_.get(), id_);
+  if (isManageable())
+    announce_withdrawal(connection_, id_);
+  connection_.flush();
+}
+
+bool X11Window::viewable() const {
+  return shown_ && mapped_ && !obscured_ && !iconic_ && host_shows_ && !gone_;
+}
+
+void X11Window::present(std::span<const PixelRect> damage) {
+  lieOverParent();
+  surface_->upload(damage);
+  system_.forEachWindow([&](X11Window& window) { window.handleNewsBelow(*this, damage); });
+  connection_.flush();
+}
+
+void X11Window::lieOverParent() {
+  if (!blends_itself_)
+    return;
+  const X11Window* parent = system_.find(parent_);
+  if (!parent) {
+    surface_->setBackdrop(nullptr, 0, 0);
+    return;
+  }
+  const bool knows_its_place = parent->kind_ != WindowKind::embedded;
+  const int parent_x = knows_its_place ? parent->x_ : parent->screen_x_;
+  const int parent_y = knows_its_place ? parent->y_ : parent->screen_y_;
+  surface_->setBackdrop(parent->surface_.get(), x_ - parent_x, y_ - parent_y);
+}
+
+void X11Window::makeKey() {
+  if (gone_ || is_key_)
+    return;
+  if (!mapped_) {
+    // The server would refuse: only a window that shows can have the keyboard.
+    wants_key_ = true;
+    return;
+  }
+  takeKey();
+  connection_.flush();
+}
+
+void X11Window::takeKey() {
+  if (managed_) {
+    ask_to_activate(connection_, id_);
+    return;
+  }
+  xcb_connection_t* c = connection_.get();
+  selectKeys(true);
+  asked_for_key_ = true;
+  const unsigned int sequence = xcb_get_input_focus(c).sequence;
+  connection_.expect(sequence, [&system = system_, id = id_](const void* reply) {
+    X11Window* window = system.find(id);
+    if (!window || !reply)
+      return;
+    const xcb_window_t focus = static_cast<const xcb_get_input_focus_reply_t*>(reply)->focus;
+    if (focus != id)
+      window->key_before_ = focus;
+  });
+  // A host may have set the focus after the user's click, so the time of the click would come too late.
+  xcb_set_input_focus(c, XCB_INPUT_FOCUS_PARENT, id_, XCB_CURRENT_TIME);
+}
+
+void X11Window::giveKeyBack() {
+  if (!is_key_ && !asked_for_key_)
+    return;
+  asked_for_key_ = false;
+  if (managed_)
+    return;
+  xcb_window_t next = key_before_;
+  if (const X11Window* parent = system_.find(parent_); parent && next == XCB_WINDOW_NONE)
+    next = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
+  if (next == XCB_WINDOW_NONE)
+    next = XCB_INPUT_FOCUS_POINTER_ROOT;
+  xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_PARENT, next, XCB_CURRENT_TIME);
+}
+
+void X11Window::selectKeys(bool wanted) {
+  if (kind_ != WindowKind::embedded || selects_keys_ == wanted)
+    return;
+  selects_keys_ = wanted;
+  const uint32_t mask = eventMask();
+  xcb_change_window_attributes(connection_.get(), id_, XCB_CW_EVENT_MASK, &mask);
+}
+
+}  // namespace cocoa

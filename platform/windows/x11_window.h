@@ -1,0 +1,138 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "windows/pointer_tracker.h"
+#include "windows/window_system.h"
+#include "windows/x11_pointer.h"
+#include "windows/x11_surface.h"
+
+namespace cocoa {
+
+class X11Connection;
+class X11WindowSystem;
+
+/// One window of an X server. Handlers of events call the owner last of all, because it may destroy the
+/// window.
+class X11Window : public PlatformWindow {
+ public:
+  /// Null after a line in the log. Waits for the server.
+  static std::unique_ptr<X11Window> make(X11WindowSystem& system, const WindowOptions& options,
+                                         PlatformWindowDelegate& delegate);
+  ~X11Window() override;
+
+  void show() override;
+  void hide() override;
+  bool viewable() const override;
+  void makeKey() override;
+  bool isKey() const override { return is_key_; }
+  void setTitle(std::string_view title) override;
+  void setFrame(NSRect frame) override;
+  NSRect frame() const override;
+  NSRect screenFrame() const override;
+  double scale() const override { return scale_; }
+  Pixels pixels() override { return surface_->pixels(); }
+  void present(std::span<const PixelRect> damage) override;
+  uint64_t nativeHandle() const override { return id_; }
+
+  xcb_window_t id() const { return id_; }
+  /// The window that this one is embedded in; XCB_WINDOW_NONE for others.
+  xcb_window_t host() const { return host_; }
+  PlatformWindowDelegate& delegate() { return delegate_; }
+  X11Surface& surface() { return *surface_; }
+
+  // Events of the server, in x11_window_events.cpp.
+  void handleExpose(const xcb_expose_event_t& event);
+  void handleConfigure(const xcb_configure_notify_event_t& event, uint32_t sequence);
+  void handleReparent(const xcb_reparent_notify_event_t& event);
+  void handleMap();
+  void handleUnmap();
+  void handleVisibility(const xcb_visibility_notify_event_t& event);
+  void handleProperty(const xcb_property_notify_event_t& event);
+  void handleMessage(const xcb_client_message_event_t& event);
+  void handleFocus(const xcb_focus_in_event_t& event, bool has_it);
+  void handleKey(const xcb_key_press_event_t& event, bool down);
+  void handleButton(const X11Pointer& pointer, bool down);
+  void handleMotion(const X11Pointer& pointer);
+  void handleTurn(const X11Pointer& pointer, ScrollTurn turn);
+  void handleCrossing(const X11Pointer& pointer, bool in);
+  /// `parent` shows something new in `damage`, by its device pixels, that may show through this window.
+  void handleNewsBelow(const X11Window& parent, std::span<const PixelRect> damage);
+  /// The window no longer exists.
+  void handleGone();
+  /// The window that it lies in, the screen or the host's, has another height.
+  void parentHasHeight(int height);
+  /// Asks whether the host's windows show; the answer comes with a later dispatch.
+  void askWhetherHostShows(double now);
+  /// Tells what could not be told from inside a call.
+  void tellDeferred();
+
+ private:
+  X11Window(X11WindowSystem& system, const WindowOptions& options, PlatformWindowDelegate& delegate);
+  bool create();
+  void describe(const std::string& title);
+  uint32_t eventMask() const;
+  /// Whether a manager, if there is one, puts a frame around it.
+  bool isManageable() const { return kind_ == WindowKind::titled || kind_ == WindowKind::panel; }
+  /// Takes over the place and size of `frame` as far as device pixels can.
+  void place(NSRect frame);
+  void configure();
+  /// Has the parent's pixels show through from where it is now, if nobody else sees to it.
+  void lieOverParent();
+  void takeKey();
+  void giveKeyBack();
+  void releaseHeldButtons();
+  void askForPosition();
+  void setPosition(int x, int y);
+  /// Any of them may destroy the window.
+  void tell(const std::vector<WindowEvent>& events);
+  void selectKeys(bool wanted);
+  PointerSample sampleOf(const X11Pointer& pointer) const;
+
+  X11WindowSystem& system_;
+  X11Connection& connection_;
+  PlatformWindowDelegate& delegate_;
+  WindowKind kind_;
+  /// Of a popup or panel, by its number: an owner may well close the parent first.
+  xcb_window_t parent_ = XCB_WINDOW_NONE;
+  xcb_window_t id_;
+  xcb_window_t host_ = XCB_WINDOW_NONE;
+  bool blends_itself_ = false;  ///< a popup with translucent pixels on a screen without translucent windows
+  double scale_;
+  NSSize size_;  ///< points; more exact than the device pixels are
+  int x_ = 0;    ///< device pixels from the top left of the screen or host
+  int y_ = 0;
+  int width_ = 1;  ///< device pixels; the server has no windows without any
+  int height_ = 1;
+  int parent_height_ = 0;
+  /// Where an embedded window was on the screen when somebody asked last, in device pixels.
+  mutable int screen_x_ = 0;
+  mutable int screen_y_ = 0;
+  uint32_t configured_by_ = 0;  ///< the number of our last request for a position or size
+  std::unique_ptr<X11Surface> surface_;
+  PointerTracker pointer_;
+  bool reparented_ = false;  ///< a manager's frame is around it, so that positions are told in two ways
+  bool shown_ = false;       ///< by its owner
+  bool mapped_ = false;      ///< by the server
+  bool obscured_ = false;
+  bool iconic_ = false;
+  bool host_shows_ = true;
+  bool asked_host_ = false;
+  double host_asked_at_ = 0;
+  bool gone_ = false;
+  bool is_key_ = false;
+  bool wants_key_ = false;  ///< as soon as it is mapped
+  bool asked_for_key_ = false;
+  bool selects_keys_ = true;
+  bool managed_ = false;  ///< a window manager runs, who is to be asked for the keyboard
+  bool must_redraw_ = false;
+  xcb_window_t key_before_ = XCB_WINDOW_NONE;  ///< whom we took the keyboard from
+};
+
+}  // namespace cocoa
