@@ -1,0 +1,265 @@
+#include "appkit/NSView.h"
+
+#include <algorithm>
+#include <ranges>
+
+#include "appkit/NSGraphicsContext.h"
+#include "appkit/NSWindow.h"
+#include "foundation/InterfaceDecoder.h"
+
+namespace cocoa {
+
+const Class NSView::class_ = {
+    .name = "NSView",
+    .superclass = &NSResponder::class_,
+    .initWithFrame = [](NSRect frame) { return Ref<NSObject>(make<NSView>(frame)); },
+    .initWithInterface = [](InterfaceDecoder& decoder) { return Ref<NSObject>(make<NSView>(decoder)); }};
+
+namespace {
+
+bool contains(NSRect outer, NSRect inner) {
+  return NSMinX(inner) >= NSMinX(outer) && NSMaxX(inner) <= NSMaxX(outer) && NSMinY(inner) >= NSMinY(outer) &&
+         NSMaxY(inner) <= NSMaxY(outer);
+}
+
+}  // namespace
+
+NSView::NSView(NSRect frame) : frame_(frame) {}
+
+NSView::NSView(InterfaceDecoder& decoder) : frame_(decoder.frame()) {}
+
+NSView::~NSView() {
+  for (const Ref<NSView>& view : subviews_) {
+    view->superview_ = nullptr;
+    view->moveToWindow(nullptr);
+  }
+}
+
+void NSView::applyInterface(InterfaceDecoder& decoder) {
+  autoresizing_mask_ = decoder.autoresizingMask();
+  hidden_ = decoder.boolean("hidden", false);
+  for (const Ref<NSView>& view : decoder.objects_as<NSView>("subviews"))
+    addSubview(view.get());
+}
+
+void NSView::setFrame(NSRect frame) {
+  setFrameOrigin(frame.origin);
+  setFrameSize(frame.size);
+}
+
+void NSView::setFrameOrigin(NSPoint origin) {
+  if (origin == frame_.origin)
+    return;
+  setNeedsDisplay(true);
+  frame_.origin = origin;
+  setNeedsDisplay(true);
+}
+
+void NSView::setFrameSize(NSSize size) {
+  if (size == frame_.size)
+    return;
+  setNeedsDisplay(true);
+  const NSSize old_size = frame_.size;
+  frame_.size = size;
+  for (const Ref<NSView>& view : subviews_)
+    view->resizeInSuperview(old_size, size);
+  setNeedsDisplay(true);
+}
+
+namespace {
+
+/// How one axis follows: what the superview grew by is shared among the flexible margins and the extent.
+void resize_axis(CGFloat growth, bool low_margin, bool extent, bool high_margin, CGFloat& origin,
+                 CGFloat& size) {
+  const int flexible = int{low_margin} + int{extent} + int{high_margin};
+  if (flexible == 0)
+    return;
+  const CGFloat share = growth / static_cast<CGFloat>(flexible);
+  if (low_margin)
+    origin += share;
+  if (extent)
+    size = std::max<CGFloat>(0, size + share);
+}
+
+}  // namespace
+
+void NSView::resizeInSuperview(NSSize old_size, NSSize new_size) {
+  NSRect frame = frame_;
+  const auto has = [this](unsigned bit) { return (autoresizing_mask_ & bit) != 0; };
+  resize_axis(new_size.width - old_size.width, has(NSViewMinXMargin), has(NSViewWidthSizable),
+              has(NSViewMaxXMargin), frame.origin.x, frame.size.width);
+  resize_axis(new_size.height - old_size.height, has(NSViewMinYMargin), has(NSViewHeightSizable),
+              has(NSViewMaxYMargin), frame.origin.y, frame.size.height);
+  setFrame(frame);
+}
+
+void NSView::addSubview(NSView* view) {
+  if (!view || isDescendantOf(view))
+    return;
+  const Ref<NSView> added(view);
+  if (view->superview_ == this) {
+    std::erase_if(subviews_, [view](const Ref<NSView>& each) { return each.get() == view; });
+    subviews_.push_back(added);
+  } else {
+    view->removeFromSuperview();
+    view->superview_ = this;
+    subviews_.push_back(added);
+    view->moveToWindow(window_);
+  }
+  view->setNeedsDisplay(true);
+}
+
+void NSView::removeFromSuperview() {
+  if (!superview_)
+    return;
+  const Ref<NSView> self(this);
+  setNeedsDisplay(true);
+  std::erase_if(superview_->subviews_, [this](const Ref<NSView>& each) { return each.get() == this; });
+  superview_ = nullptr;
+  moveToWindow(nullptr);
+}
+
+bool NSView::isDescendantOf(const NSView* other) const {
+  for (const NSView* view = this; view; view = view->superview_) {
+    if (view == other)
+      return true;
+  }
+  return false;
+}
+
+void NSView::moveToWindow(NSWindow* window) {
+  if (window_ == window)
+    return;
+  if (window_)
+    window_->viewLeft(this);
+  window_ = window;
+  viewDidMoveToWindow();
+  // The list may change under a view that reacts to its new window.
+  const std::vector<Ref<NSView>> views = subviews_;
+  for (const Ref<NSView>& view : views) {
+    if (view->superview_ == this)
+      view->moveToWindow(window);
+  }
+}
+
+void NSView::setHidden(bool hidden) {
+  if (hidden_ == hidden)
+    return;
+  hidden_ = false;
+  setNeedsDisplay(true);
+  hidden_ = hidden;
+}
+
+void NSView::setNeedsDisplay(bool needed) {
+  if (needed)
+    setNeedsDisplayInRect(bounds());
+}
+
+void NSView::setNeedsDisplayInRect(NSRect rect) {
+  if (!window_)
+    return;
+  const NSRect visible = visibleRectInWindow(rect);
+  if (!NSIsEmptyRect(visible))
+    window_->setNeedsDisplayInRect(visible);
+}
+
+NSRect NSView::visibleRectInWindow(NSRect rect) const {
+  for (const NSView* view = this; view; view = view->superview_) {
+    if (view->hidden_)
+      return {};
+    rect = NSIntersectionRect(rect, view->bounds());
+    rect = NSOffsetRect(rect, view->frame_.origin.x, view->frame_.origin.y);
+  }
+  return rect;
+}
+
+void NSView::drawTree(NSRect dirty) {
+  const NSRect visible = NSIntersectionRect(dirty, bounds());
+  if (hidden_ || NSIsEmptyRect(visible))
+    return;
+  const NSView* first = frontOpaqueCover(visible);
+  draw(visible, first);
+}
+
+/// The front-most view that alone hides all that lies behind it in the rectangle; null when there is none.
+const NSView* NSView::frontOpaqueCover(NSRect dirty) const {
+  if (hidden_ || !contains(bounds(), dirty))
+    return nullptr;
+  for (const Ref<NSView>& view : std::views::reverse(subviews_)) {
+    const NSPoint origin = view->frame_.origin;
+    if (const NSView* cover = view->frontOpaqueCover(NSOffsetRect(dirty, -origin.x, -origin.y)))
+      return cover;
+  }
+  return isOpaque() ? this : nullptr;
+}
+
+/// Draws the tree from the view `first` on, which is then cleared; all of it when it is null already.
+void NSView::draw(NSRect dirty, const NSView*& first) {
+  CGContextRef context = NSGraphicsContext::currentContext()->graphicsPort();
+  if (first == this)
+    first = nullptr;
+  if (!first) {
+    CGContextSaveGState(context);
+    CGContextClipToRect(context, dirty);
+    drawRect(dirty);
+    CGContextRestoreGState(context);
+  }
+  for (const Ref<NSView>& view : subviews_) {
+    const NSPoint origin = view->frame_.origin;
+    const NSRect part = NSIntersectionRect(NSOffsetRect(dirty, -origin.x, -origin.y), view->bounds());
+    if (view->hidden_ || NSIsEmptyRect(part))
+      continue;
+    CGContextSaveGState(context);
+    CGContextTranslateCTM(context, origin.x, origin.y);
+    view->draw(part, first);
+    CGContextRestoreGState(context);
+  }
+}
+
+NSView* NSView::hitTest(NSPoint point) {
+  if (hidden_ || !NSPointInRect(point, frame_))
+    return nullptr;
+  const NSPoint inside = {point.x - frame_.origin.x, point.y - frame_.origin.y};
+  for (const Ref<NSView>& view : std::views::reverse(subviews_)) {
+    if (NSView* hit = view->hitTest(inside))
+      return hit;
+  }
+  return this;
+}
+
+NSPoint NSView::originInWindow() const {
+  NSPoint origin;
+  for (const NSView* view = this; view; view = view->superview_) {
+    origin.x += view->frame_.origin.x;
+    origin.y += view->frame_.origin.y;
+  }
+  return origin;
+}
+
+NSPoint NSView::convertPoint_fromView(NSPoint point, const NSView* view) const {
+  const NSPoint from = view ? view->originInWindow() : NSPoint{};
+  const NSPoint here = originInWindow();
+  return {point.x + from.x - here.x, point.y + from.y - here.y};
+}
+
+NSPoint NSView::convertPoint_toView(NSPoint point, const NSView* view) const {
+  const NSPoint to = view ? view->originInWindow() : NSPoint{};
+  const NSPoint here = originInWindow();
+  return {point.x + here.x - to.x, point.y + here.y - to.y};
+}
+
+NSRect NSView::convertRect_fromView(NSRect rect, const NSView* view) const {
+  return {convertPoint_fromView(rect.origin, view), rect.size};
+}
+
+NSRect NSView::convertRect_toView(NSRect rect, const NSView* view) const {
+  return {convertPoint_toView(rect.origin, view), rect.size};
+}
+
+NSResponder* NSView::nextResponder() const {
+  if (superview_)
+    return superview_;
+  return window_;
+}
+
+}  // namespace cocoa

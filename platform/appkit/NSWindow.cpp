@@ -1,0 +1,328 @@
+#include "appkit/NSWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "appkit/NSEvent.h"
+
+namespace cocoa {
+
+const Class NSWindow::class_ = {.name = "NSWindow", .superclass = &NSResponder::class_};
+
+namespace {
+
+thread_local WindowSystem* current_system = nullptr;
+}  // namespace
+
+WindowSystemScope::WindowSystemScope(WindowSystem* system) : outer_(current_system) {
+  current_system = system;
+}
+WindowSystemScope::~WindowSystemScope() {
+  current_system = outer_;
+}
+WindowSystem* WindowSystemScope::current() {
+  return current_system;
+}
+
+NSWindow::NSWindow(NSRect content_rect, unsigned style_mask) : frame_(content_rect), style_mask_(style_mask) {
+  setContentView(make<NSView>(NSRect{{0, 0}, content_rect.size}).get());
+}
+
+NSWindow::~NSWindow() {
+  before_waiting_.reset();
+  if (parent_)
+    parent_->removeChildWindow(this);
+  // A child that goes off the screen may make its delegate remove it.
+  for (const Ref<NSWindow>& child : std::exchange(children_, {})) {
+    child->orderOut(nullptr);
+    child->parent_ = nullptr;
+    // A popup lives in its parent's window system and cannot outlive it.
+    child->platform_.reset();
+  }
+  // The view may be in another window by now.
+  if (content_view_ && content_view_->window() == this)
+    content_view_->moveToWindow(nullptr);
+  CGContextRelease(context_);
+}
+
+void NSWindow::setContentView(NSView* view) {
+  if (!view || content_view_ == view)
+    return;
+  const Ref<NSView> added(view);
+  view->removeFromSuperview();
+  if (content_view_)
+    content_view_->moveToWindow(nullptr);
+  content_view_ = added;
+  view->setFrame({{0, 0}, frame_.size});
+  view->moveToWindow(this);
+  markAll();
+}
+
+void NSWindow::setFrame_display(NSRect frame, bool display) {
+  const NSPoint moved = {frame.origin.x - frame_.origin.x, frame.origin.y - frame_.origin.y};
+  const bool resized = frame.size != frame_.size;
+  frame_ = frame;
+  if (resized)
+    content_view_->setFrameSize(frame.size);
+  if (platform_)
+    platform_->setFrame(frame);
+  if (resized)
+    markAll();
+  for (const Ref<NSWindow>& child : children_) {
+    child->setFrame_display(NSOffsetRect(child->frame_, moved.x, moved.y), false);
+  }
+  if (display)
+    displayIfNeeded();
+}
+
+void NSWindow::setContentSize(NSSize size) {
+  setFrame_display({frame_.origin, size}, false);
+}
+
+void NSWindow::setTitle(std::string_view title) {
+  title_ = title;
+  if (platform_)
+    platform_->setTitle(title);
+}
+
+WindowSystem* NSWindow::windowSystem() const {
+  if (system_)
+    return system_;
+  return parent_ ? parent_->windowSystem() : current_system;
+}
+
+/// Makes the window system's window, once.
+bool NSWindow::realize() {
+  if (platform_)
+    return true;
+  WindowSystem* system = windowSystem();
+  if (!system)
+    return false;
+  WindowOptions options;
+  options.frame = frame_;
+  options.title = title_;
+  options.host_window = host_window_;
+  options.parent = parent_ && parent_->realize() ? parent_->platform_.get() : nullptr;
+  if (host_window_ != 0) {
+    options.kind = WindowKind::embedded;
+  } else if ((style_mask_ & NSTitledWindowMask) == 0) {
+    options.kind = WindowKind::popup;
+  } else {
+    options.kind = options.parent || level_ > 0 ? WindowKind::panel : WindowKind::titled;
+  }
+  platform_ = system->makeWindow(options, *this);
+  if (!platform_)
+    return false;
+  before_waiting_ = CFRunLoopGetCurrent()->addBeforeWaiting([this] { displayIfNeeded(); });
+  fitContent();
+  markAll();
+  return true;
+}
+
+void NSWindow::orderFront(NSObject*) {
+  if (!realize())
+    return;
+  visible_ = true;
+  platform_->show();
+  for (const Ref<NSWindow>& child : children_)
+    child->orderFront(nullptr);
+}
+
+void NSWindow::makeKeyAndOrderFront(NSObject* sender) {
+  orderFront(sender);
+  if (platform_ && canBecomeKeyWindow())
+    platform_->makeKey();
+}
+
+void NSWindow::orderOut(NSObject*) {
+  const Ref<NSWindow> self(this);
+  if (!visible_)
+    return;
+  visible_ = false;
+  if (platform_)
+    platform_->hide();
+  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_))
+    child->orderOut(nullptr);
+  resignKey();
+}
+
+void NSWindow::performClose(NSObject*) {
+  const Ref<NSWindow> self(this);
+  if (!delegate_ || delegate_->windowShouldClose(this))
+    close();
+}
+
+void NSWindow::close() {
+  const Ref<NSWindow> self(this);
+  if (delegate_)
+    delegate_->windowWillClose(this);
+  orderOut(nullptr);
+  if (released_when_closed_)
+    release();
+}
+
+void NSWindow::addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode) {
+  if (!child || child == this || child->parent_ == this)
+    return;
+  for (const NSWindow* ancestor = this; ancestor; ancestor = ancestor->parent_) {
+    if (ancestor == child)
+      return;
+  }
+  const Ref<NSWindow> added(child);
+  if (child->parent_)
+    child->parent_->removeChildWindow(child);
+  child->parent_ = this;
+  children_.push_back(added);
+  if (visible_)
+    child->orderFront(nullptr);
+}
+
+void NSWindow::removeChildWindow(NSWindow* child) {
+  const auto found = std::find_if(children_.begin(), children_.end(),
+                                  [child](const Ref<NSWindow>& each) { return each.get() == child; });
+  if (found == children_.end())
+    return;
+  const Ref<NSWindow> removed = *found;
+  children_.erase(found);
+  removed->parent_ = nullptr;
+}
+
+NSPoint NSWindow::convertBaseToScreen(NSPoint point) const {
+  return {point.x + frame_.origin.x, point.y + frame_.origin.y};
+}
+
+NSPoint NSWindow::convertScreenToBase(NSPoint point) const {
+  return {point.x - frame_.origin.x, point.y - frame_.origin.y};
+}
+
+bool NSWindow::makeFirstResponder(NSResponder* responder) {
+  NSResponder* old = first_responder_.get();
+  if (old == responder)
+    return true;
+  if (old && !old->resignFirstResponder())
+    return false;
+  first_responder_ = WeakRef<NSResponder>();
+  if (!responder)
+    return true;
+  if (!responder->acceptsFirstResponder() || !responder->becomeFirstResponder())
+    return false;
+  first_responder_ = WeakRef<NSResponder>(responder);
+  return true;
+}
+
+/// A view that leaves its window has no more claim on the keys and on a drag.
+void NSWindow::viewLeft(NSView* view) {
+  if (pressed_view_.get() == view)
+    pressed_view_ = WeakRef<NSView>();
+  if (first_responder_.get() == view)
+    first_responder_ = WeakRef<NSResponder>();
+}
+
+void NSWindow::windowReceived(const WindowEvent& event) {
+  const Ref<NSWindow> self(this);
+  const auto ns_event = make<NSEvent>(inContent(event), this);
+  switch (event.type) {
+    case WindowEventType::key_down:
+    case WindowEventType::key_up: {
+      const Ref<NSResponder> receiver(first_responder_ ? first_responder_.get() : this);
+      if (event.type == WindowEventType::key_down) {
+        receiver->keyDown(ns_event.get());
+      } else {
+        receiver->keyUp(ns_event.get());
+      }
+      return;
+    }
+    default:
+      mouseEvent(ns_event.get());
+  }
+}
+
+void NSWindow::mouseEvent(NSEvent* event) {
+  const bool left = event->buttonNumber() == 0;
+  const bool held =
+      event->type() == WindowEventType::mouse_dragged || event->type() == WindowEventType::mouse_up;
+  // What was pressed gets the drag and the release, wherever the pointer has gone.
+  const Ref<NSView> view(held && left ? pressed_view_.get()
+                                      : content_view_->hitTest(event->locationInWindow()));
+  if (!view)
+    return;
+  switch (event->type()) {
+    case WindowEventType::mouse_down:
+      if (!left)
+        return view->rightMouseDown(event);
+      pressed_view_ = WeakRef<NSView>(view.get());
+      if (view->acceptsFirstResponder())
+        makeFirstResponder(view.get());
+      return view->mouseDown(event);
+    case WindowEventType::mouse_dragged:
+      if (left)
+        view->mouseDragged(event);
+      return;
+    case WindowEventType::mouse_up:
+      if (!left)
+        return view->rightMouseUp(event);
+      pressed_view_ = WeakRef<NSView>();
+      return view->mouseUp(event);
+    case WindowEventType::scroll_wheel:
+      return view->scrollWheel(event);
+    default:
+      return;
+  }
+}
+
+void NSWindow::windowMustRedraw() {
+  const NSRect frame = platform_->frame();
+  if (scales_to_fit_) {
+    fitContent();
+  } else if (frame.size != frame_.size) {
+    frame_ = frame;
+    content_view_->setFrameSize(frame.size);
+  }
+  markAll();
+}
+
+void NSWindow::windowMoved() {
+  const NSPoint origin = platform_->frame().origin;
+  const NSPoint moved = {origin.x - frame_.origin.x, origin.y - frame_.origin.y};
+  frame_.origin = origin;
+  for (const Ref<NSWindow>& child : children_) {
+    child->setFrame_display(NSOffsetRect(child->frame_, moved.x, moved.y), false);
+  }
+}
+
+void NSWindow::windowBecameKey() {
+  if (key_)
+    return;
+  key_ = true;
+  const Ref<NSWindow> self(this);
+  if (delegate_)
+    delegate_->windowDidBecomeKey(this);
+}
+
+void NSWindow::windowResignedKey() {
+  resignKey();
+}
+
+void NSWindow::resignKey() {
+  if (!key_)
+    return;
+  key_ = false;
+  // The delegate may let go of the window when it loses the keys.
+  const Ref<NSWindow> self(this);
+  if (delegate_)
+    delegate_->windowDidResignKey(this);
+}
+
+void NSWindow::windowShouldClose() {
+  performClose(nullptr);
+}
+
+void NSWindow::windowGone() {
+  const Ref<NSWindow> self(this);
+  visible_ = false;
+  resignKey();
+  if (delegate_)
+    delegate_->windowWillClose(this);
+}
+
+}  // namespace cocoa

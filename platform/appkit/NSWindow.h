@@ -1,0 +1,178 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "appkit/NSView.h"
+#include "appkit/damage.h"
+#include "foundation/CFRunLoop.h"
+#include "quartz/CGContext.h"
+#include "windows/window_system.h"
+
+namespace cocoa {
+
+enum NSWindowStyleMask : unsigned {
+  NSBorderlessWindowMask = 0,
+  NSTitledWindowMask = 1,
+  NSClosableWindowMask = 2
+};
+enum NSWindowOrderingMode : int { NSWindowAbove = 1, NSWindowOut = 0, NSWindowBelow = -1 };
+
+/// What a window tells its delegate. The argument is the window.
+class NSWindowDelegate {
+ public:
+  virtual ~NSWindowDelegate() = default;
+  virtual bool windowShouldClose(NSWindow*) { return true; }
+  virtual void windowWillClose(NSWindow*) {}
+  virtual void windowDidBecomeKey(NSWindow*) {}
+  virtual void windowDidResignKey(NSWindow*) {}
+};
+
+/// A window and the views in it.
+///
+/// It is shown by the window system given to it, by its parent window's, or by the one whose scope is current
+/// on the thread when it is first ordered in; without any it stays off the screen. What views mark as needing
+/// display is drawn once at the end of the run loop's turn, into the window system's pixels, and only while
+/// somebody may see it.
+class NSWindow : public NSResponder, private PlatformWindowDelegate {
+ public:
+  static const Class class_;
+  const Class& isa() const override { return class_; }
+
+  /// initWithContentRect:styleMask:. The rectangle is the content's, in the screen.
+  NSWindow(NSRect content_rect, unsigned style_mask);
+  ~NSWindow() override;
+
+  void setWindowSystem(WindowSystem* system) { system_ = system; }
+  /// Shows the window inside a host's window instead of on the screen. Before it is first ordered in.
+  void setHostWindow(uint64_t host_window) { host_window_ = host_window; }
+
+  NSView* contentView() const { return content_view_.get(); }
+  /// Takes the view, which is resized to the content's size.
+  void setContentView(NSView* view);
+  NSRect frame() const { return frame_; }
+  void setFrame_display(NSRect frame, bool display);
+  void setContentSize(NSSize size);
+  /// From now on the content keeps its size in points, and is drawn as large as fits, with its proportions
+  /// kept, in whatever size the window system gives the window. For an editor in a host that resizes it.
+  void setContentScalesToFit();
+  void setTitle(std::string_view title);
+  const std::string& title() const { return title_; }
+
+  void setOpaque(bool opaque) { opaque_ = opaque; }
+  bool isOpaque() const { return opaque_; }
+  void setHasShadow(bool has_shadow) { has_shadow_ = has_shadow; }
+  bool hasShadow() const { return has_shadow_; }
+  void setLevel(int level) { level_ = level; }
+  int level() const { return level_; }
+  /// Releases the window once when it closes; off at first: owners here hold references.
+  void setReleasedWhenClosed(bool released) { released_when_closed_ = released; }
+
+  /// Not retained.
+  void setDelegate(NSWindowDelegate* delegate) { delegate_ = delegate; }
+  NSWindowDelegate* delegate() const { return delegate_; }
+
+  bool isVisible() const { return visible_; }
+  bool isKeyWindow() const { return key_; }
+  /// Borderless windows take no keys unless a subclass says so.
+  virtual bool canBecomeKeyWindow() const { return style_mask_ != NSBorderlessWindowMask; }
+  void makeKeyAndOrderFront(NSObject* sender);
+  void orderFront(NSObject* sender);
+  void orderOut(NSObject* sender);
+  /// As the close button does: asks the delegate first.
+  void performClose(NSObject* sender);
+  void close();
+
+  /// A child is retained, shown with its parent, moves with it and stays above it.
+  void addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode place);
+  void removeChildWindow(NSWindow* child);
+  NSWindow* parentWindow() const { return parent_; }
+  const std::vector<Ref<NSWindow>>& childWindows() const { return children_; }
+
+  NSPoint convertBaseToScreen(NSPoint point) const;
+  NSPoint convertScreenToBase(NSPoint point) const;
+
+  bool makeFirstResponder(NSResponder* responder);
+  NSResponder* firstResponder() const { return first_responder_.get(); }
+
+  /// Device pixels a point of the content.
+  double backingScaleFactor() const { return platform_ ? platform_->scale() * fit_ : 1.0; }
+  /// The window of the window system behind this one; null until it is first ordered in, and after it has
+  /// gone.
+  PlatformWindow* platformWindow() const { return platform_.get(); }
+
+  /// Marks a rectangle of the content for drawing on this turn.
+  void setNeedsDisplayInRect(NSRect rect);
+  /// Draws what is marked now, if the window is seen.
+  void displayIfNeeded();
+
+ private:
+  friend class NSView;
+  void windowReceived(const WindowEvent& event) override;
+  void windowMustRedraw() override;
+  void windowMoved() override;
+  void windowBecameKey() override;
+  void windowResignedKey() override;
+  void windowShouldClose() override;
+  void windowGone() override;
+
+  void mouseEvent(NSEvent* event);
+  void resignKey();
+  bool realize();
+  WindowSystem* windowSystem() const;
+  void viewLeft(NSView* view);
+  struct PixelSize {
+    int width;
+    int height;
+  };
+  PixelSize pixelSize() const;
+  void markAll();
+  void fitContent();
+  WindowEvent inContent(WindowEvent event) const;
+  CGContextRef contextFor(const Pixels& pixels);
+  void draw(CGContextRef context, const Pixels& pixels, const PixelRect& rect);
+
+  NSRect frame_;
+  unsigned style_mask_;
+  std::string title_;
+  WindowSystem* system_ = nullptr;
+  uint64_t host_window_ = 0;
+  Ref<NSView> content_view_;
+  NSWindowDelegate* delegate_ = nullptr;
+  NSWindow* parent_ = nullptr;
+  std::vector<Ref<NSWindow>> children_;
+  WeakRef<NSView> pressed_view_;
+  WeakRef<NSResponder> first_responder_;
+  bool opaque_ = true;
+  bool has_shadow_ = true;
+  bool visible_ = false;
+  bool released_when_closed_ = false;
+  int level_ = 0;
+  bool key_ = false;
+  bool scales_to_fit_ = false;
+  double fit_ = 1;      ///< how much larger than the window system's points those of the content are
+  NSPoint fit_origin_;  ///< of the content in the window, in points of the content
+  Damage damage_;
+  CGContextRef context_ = nullptr;
+  Pixels context_pixels_;
+  double context_scale_ = 0;
+  std::unique_ptr<PlatformWindow> platform_;
+  CFRunLoop::AttachmentRef before_waiting_;
+};
+
+/// While it lives, windows without a window system of their own are shown by this one. A host opens a scope
+/// around everything it does with views on behalf of one editor. They nest.
+class WindowSystemScope {
+ public:
+  explicit WindowSystemScope(WindowSystem* system);
+  ~WindowSystemScope();
+  WindowSystemScope(const WindowSystemScope&) = delete;
+  WindowSystemScope& operator=(const WindowSystemScope&) = delete;
+  static WindowSystem* current();
+
+ private:
+  WindowSystem* outer_;
+};
+
+}  // namespace cocoa
