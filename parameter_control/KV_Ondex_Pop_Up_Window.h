@@ -1,0 +1,21 @@
+#pragma once
+
+#include "appkit/NSWindow.h"
+
+namespace ondex {
+
+/// The borderless, translucent window that shows the numeric-entry panel over a readout.
+class KV_Ondex_Pop_Up_Window : public cocoa::NSWindow {
+ public:
+  static const cocoa::Class class_;
+  const cocoa::Class& isa() const override { return class_; }
+
+  /// initWithContentRect:styleMask:. The rectangle is the content's, in the screen; the window is borderless
+  /// whatever the style mask.
+  KV_Ondex_Pop_Up_Window(cocoa::NSRect content_rect, unsigned style_mask);
+
+  /// A borderless window refuses the keyboard by itself, and then nothing could be typed.
+  bool canBecomeKeyWindow() const override { return true; }
+};
+
+}  // namespace ondex
