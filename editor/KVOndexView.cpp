@@ -1,0 +1,214 @@
+#include "editor/KVOndexView.h"
+
+#include "editor/color_preferences.h"
+#include "editor/parameter_table.h"
+#include "foundation/CFRunLoop.h"
+
+namespace ondex {
+
+using namespace cocoa;
+
+namespace {
+
+constexpr Outlet outlets[] = {
+    {"_main_title", FieldOutlet<&KVOndexView::_main_title>::set},
+    {"_knob", FieldOutlet<&KVOndexView::_knob>::set},
+    {"_tremolo_label", FieldOutlet<&KVOndexView::_tremolo_label>::set},
+    {"_left_label", FieldOutlet<&KVOndexView::_left_label>::set},
+    {"_right_label", FieldOutlet<&KVOndexView::_right_label>::set},
+    {"_tremolo_left_rate_parameter", FieldOutlet<&KVOndexView::_tremolo_left_rate_parameter>::set},
+    {"_tremolo_right_rate_parameter", FieldOutlet<&KVOndexView::_tremolo_right_rate_parameter>::set},
+    {"_tremolo_depth_parameter", FieldOutlet<&KVOndexView::_tremolo_depth_parameter>::set},
+    {"_tremolo_left_fm_mod_frequency_parameter",
+     FieldOutlet<&KVOndexView::_tremolo_left_fm_mod_frequency_parameter>::set},
+    {"_tremolo_left_fm_mod_index_parameter",
+     FieldOutlet<&KVOndexView::_tremolo_left_fm_mod_index_parameter>::set},
+    {"_tremolo_right_fm_mod_frequency_parameter",
+     FieldOutlet<&KVOndexView::_tremolo_right_fm_mod_frequency_parameter>::set},
+    {"_tremolo_right_fm_mod_index_parameter",
+     FieldOutlet<&KVOndexView::_tremolo_right_fm_mod_index_parameter>::set},
+    {"_vibrato_left_oscillator_response_view",
+     FieldOutlet<&KVOndexView::_vibrato_left_oscillator_response_view>::set},
+    {"_vibrato_right_oscillator_response_view",
+     FieldOutlet<&KVOndexView::_vibrato_right_oscillator_response_view>::set},
+    {"_effect_box", FieldOutlet<&KVOndexView::_effect_box>::set},
+};
+
+constexpr SEL knob_callback_selector("knob_callback:");
+constexpr SEL value_edited_selector("parameter_view_value_edited:");
+constexpr SEL selected_selector("parameter_view_selected:");
+
+constexpr Action actions[] = {
+    {knob_callback_selector, MethodAction<&KVOndexView::knob_callback>::perform},
+    {value_edited_selector, MethodAction<&KVOndexView::parameter_view_value_edited>::perform},
+    {selected_selector, MethodAction<&KVOndexView::parameter_view_selected>::perform},
+    {SEL("menu_callback:"), MethodAction<&KVOndexView::menu_callback>::perform},
+};
+
+/// Shortest time between two rounds of events, and the time within which two changes of one parameter are
+/// one.
+constexpr Float32 notification_interval = 0.05F;
+constexpr Float32 value_change_granularity = 0.05F;
+
+Ref<NSColor> device_rgb(double red, double green, double blue, double alpha) {
+  return NSColor::colorWithDeviceRed_green_blue_alpha(static_cast<CGFloat>(red), static_cast<CGFloat>(green),
+                                                      static_cast<CGFloat>(blue),
+                                                      static_cast<CGFloat>(alpha));
+}
+
+AudioUnitParameter global_parameter(AudioUnit unit, uint32_t number) {
+  return {unit, number, kAudioUnitScope_Global, 0};
+}
+
+AudioUnitEvent value_change_event(AudioUnit unit, uint32_t number) {
+  AudioUnitEvent event = {};
+  event.mEventType = kAudioUnitEvent_ParameterValueChange;
+  event.mArgument.mParameter = global_parameter(unit, number);
+  return event;
+}
+
+}  // namespace
+
+const Class KVOndexView::class_ = {
+    .name = "KVOndexView",
+    .superclass = &NSView::class_,
+    .initWithFrame = [](NSRect frame) { return Ref<NSObject>(make<KVOndexView>(frame)); },
+    .outlets = outlets,
+    .actions = actions};
+
+KVOndexView::KVOndexView(NSRect frame) : NSView(frame) {
+  seed_color_preferences();
+}
+
+KVOndexView::~KVOndexView() {
+  _removeListeners();
+}
+
+void KVOndexView::awakeFromNib() {
+  const Ref<NSColor> info_color = preferred_color(info_color_preference);
+  const Ref<NSColor> readout_color = preferred_color(readout_color_preference);
+  const Ref<NSColor> title_color = device_rgb(0.95, 0.95, 0.95, 0.67);
+  const Ref<NSColor> curve_color = device_rgb(0.9, 0.62, 0.5, 0.666);
+
+  _main_title->set_callback_onObject(SEL("do_preferences_panel:"), this);
+  _main_title->set_colors_for_info(title_color.get());
+  _main_title->set_description(make<NSString>("KV Ondex").get());
+
+  configure_graph(_vibrato_left_oscillator_response_view, readout_color.get(), curve_color.get());
+  configure_graph(_vibrato_right_oscillator_response_view, readout_color.get(), curve_color.get());
+
+  _knob->set_callback_onObject(knob_callback_selector, this);
+  _knob->set_values_minimum_maximum_default_value_scale_type(0.0, 20.0, 0.0, linear_scale);
+  _knob->set_current_value(0.0);
+
+  configure_label(_tremolo_label, "Tremolo", info_color.get());
+  configure_label(_left_label, "Left", info_color.get());
+  configure_label(_right_label, "Right", info_color.get());
+
+  for (const ParameterDescription& parameter : parameter_table) {
+    configure_readout(parameter, readout_color.get(), info_color.get());
+    if (parameter.initially_selected)
+      parameter_view_selected(readout(parameter.number));
+  }
+
+  // Adding again restacks: the box above everything else that the interface file placed, the knob on top.
+  addSubview(_effect_box);
+  addSubview(_main_title);
+  addSubview(_knob);
+  setNeedsDisplay(true);
+}
+
+void KVOndexView::configure_graph(KV_FM_Oscillator_Response_View* graph, NSColor* text, NSColor* curve) {
+  constexpr float two_periods = 12.566371F;  // 4 pi
+  graph->set_text_color(text);
+  graph->set_curve_color_fill_color(curve, curve);
+  graph->set_y_minimum_maximum(-1.1F, 1.1F);
+  graph->set_x_minimum_maximum(0.0F, two_periods);
+}
+
+void KVOndexView::configure_label(KV_Ondex_Label_View* label, const char* text, NSColor* color) {
+  label->set_colors_for_info(color);
+  label->set_description(make<NSString>(text).get());
+}
+
+void KVOndexView::configure_readout(const ParameterDescription& parameter, NSColor* readout_color,
+                                    NSColor* info_color) {
+  KV_Ondex_Parameter_Control_View* view = readout(parameter.number);
+  view->set_parameter_number(parameter.number);
+  view->set_colors_for_readout_info(readout_color, info_color);
+  view->set_values_minimum_maximum_default_value_scale_type(parameter.minimum, parameter.maximum,
+                                                            parameter.default_value, parameter.scale_type);
+  view->set_current_value(parameter.initial_value);
+  view->set_callback_onObject(value_edited_selector, this);
+  view->set_selection_callback_onObject(selected_selector, this);
+  view->set_description(make<NSString>(parameter.name).get());
+  view->set_selected(parameter.initially_selected);
+}
+
+void KVOndexView::setAU(AudioUnit unit) {
+  if (mAU)
+    _removeListeners();
+  mAU = unit;
+  // The synchronisation reaches the controls through the listener only, so that must exist first.
+  _addListeners();
+  _synchronizeUIWithParameterValues();
+}
+
+void KVOndexView::_addListeners() {
+  if (!mAU)
+    return;
+  AUEventListenerCreate(EventListenerDispatcher, this, CFRunLoopGetCurrent(), kCFRunLoopDefaultMode,
+                        notification_interval, value_change_granularity, &mAUEventListener);
+  for (const ParameterDescription& parameter : parameter_table) {
+    const AudioUnitEvent event = value_change_event(mAU, parameter.number);
+    AUEventListenerAddEventType(mAUEventListener, this, &event);
+  }
+}
+
+void KVOndexView::_removeListeners() {
+  if (mAUEventListener)
+    AUListenerDispose(mAUEventListener);
+  mAUEventListener = nullptr;
+  mAU = nullptr;
+}
+
+void KVOndexView::_synchronizeUIWithParameterValues() {
+  for (const ParameterDescription& parameter : parameter_table) {
+    // Reading makes an effect that computes its values on demand compute them; the event brings the value.
+    AudioUnitParameterValue value = 0;
+    AudioUnitGetParameter(mAU, parameter.number, kAudioUnitScope_Global, 0, &value);
+    const AudioUnitEvent event = value_change_event(mAU, parameter.number);
+    AUEventListenerNotify(nullptr, nullptr, &event);
+  }
+}
+
+void KVOndexView::viewDidMoveToWindow() {
+  window();
+}
+
+KV_Ondex_Parameter_Control_View* KVOndexView::readout(uint32_t parameter) const {
+  switch (parameter) {
+    case 0:
+      return _tremolo_left_rate_parameter;
+    case 1:
+      return _tremolo_right_rate_parameter;
+    case 2:
+      return _tremolo_depth_parameter;
+    case 3:
+      return _tremolo_left_fm_mod_frequency_parameter;
+    case 4:
+      return _tremolo_left_fm_mod_index_parameter;
+    case 5:
+      return _tremolo_right_fm_mod_frequency_parameter;
+    case 6:
+      return _tremolo_right_fm_mod_index_parameter;
+    default:
+      return nullptr;
+  }
+}
+
+void EventListenerDispatcher(void* refcon, void* object, const AudioUnitEvent* event, uint64_t, float value) {
+  static_cast<KVOndexView*>(refcon)->_eventListener_event_value(object, event, value);
+}
+
+}  // namespace ondex

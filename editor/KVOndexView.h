@@ -1,0 +1,90 @@
+#pragma once
+
+#include "appkit/NSBox.h"
+#include "appkit/NSView.h"
+#include "audio_unit/AUEventListener.h"
+#include "audio_unit/AudioUnit.h"
+#include "drawing/KV_Ondex_Button_View.h"
+#include "drawing/KV_Ondex_Label_View.h"
+#include "knob/KV_Ondex_Big_Knob_View.h"
+#include "parameter_control/KV_Ondex_Parameter_Control_View.h"
+#include "response_graph/KV_FM_Oscillator_Response_View.h"
+
+namespace ondex {
+
+/// The editor: the hub between the controls and the effect.
+///
+/// Controls report to it by callback; it writes the effect's parameter and brings the other controls into
+/// step. Changes made elsewhere arrive as parameter events. The controls are made by the interface file and
+/// owned by the view hierarchy; the fields here are plain references. Main thread only.
+class KVOndexView : public cocoa::NSView {
+ public:
+  static const cocoa::Class class_;
+  const cocoa::Class& isa() const override { return class_; }
+
+  /// initWithFrame: stores the default colours unless the user has both.
+  explicit KVOndexView(cocoa::NSRect frame);
+  ~KVOndexView() override;
+  /// Configures every control and selects the depth readout.
+  void awakeFromNib() override;
+
+  /// Attaches the view to an effect instance, which is not retained and must outlive the attachment; null
+  /// detaches it. Controls show the effect's values when the run loop that is current here delivers them.
+  void setAU(cocoa::AudioUnit unit);
+  void _addListeners();
+  void _removeListeners();
+  /// Posts one change event a parameter, so that every control gets its value on the same path as later
+  /// changes.
+  void _synchronizeUIWithParameterValues();
+  void viewDidMoveToWindow() override;
+
+  void _eventListener_event_value(void* object, const cocoa::AudioUnitEvent* event, float value);
+  void set_au_parameter_to_value(int parameter, float value);
+  void knob_callback(cocoa::NSObject* sender);
+  void parameter_view_value_edited(cocoa::NSObject* sender);
+  void parameter_view_selected(cocoa::NSObject* sender);
+  void sync_big_knob();
+  /// An action for interface files to connect; does nothing.
+  void menu_callback(cocoa::NSObject* sender);
+
+  void drawRect(cocoa::NSRect dirty) override;
+  /// Paints the background: a field brightest along the vertical centre line, a ridge 20 points wide at
+  /// either side.
+  void do_2d_bg_area(cocoa::CGContextRef context, cocoa::CGRect area);
+  cocoa::CGColorSpaceRef get_RGB_color_space();
+
+  KV_Ondex_Button_View* _main_title = nullptr;
+  KV_Ondex_Big_Knob_View* _knob = nullptr;
+  KV_Ondex_Label_View* _tremolo_label = nullptr;
+  KV_Ondex_Label_View* _left_label = nullptr;
+  KV_Ondex_Label_View* _right_label = nullptr;
+  /// The readout that the knob edits; null until the first selection.
+  KV_Ondex_Parameter_Control_View* _current_parameter_view = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_left_rate_parameter = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_right_rate_parameter = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_depth_parameter = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_left_fm_mod_frequency_parameter = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_left_fm_mod_index_parameter = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_right_fm_mod_frequency_parameter = nullptr;
+  KV_Ondex_Parameter_Control_View* _tremolo_right_fm_mod_index_parameter = nullptr;
+  KV_FM_Oscillator_Response_View* _vibrato_left_oscillator_response_view = nullptr;
+  KV_FM_Oscillator_Response_View* _vibrato_right_oscillator_response_view = nullptr;
+  cocoa::AudioUnit mAU = nullptr;
+  cocoa::AUEventListenerRef mAUEventListener = nullptr;
+  cocoa::NSBox* _effect_box = nullptr;
+
+ private:
+  KV_Ondex_Parameter_Control_View* readout(uint32_t parameter) const;
+  void configure_graph(KV_FM_Oscillator_Response_View* graph, cocoa::NSColor* text, cocoa::NSColor* curve);
+  void configure_label(KV_Ondex_Label_View* label, const char* text, cocoa::NSColor* color);
+  void configure_readout(const struct ParameterDescription& parameter, cocoa::NSColor* readout_color,
+                         cocoa::NSColor* info_color);
+  void update_graph(const KV_Ondex_Parameter_Control_View* changed, float value);
+  void point_knob_at(KV_Ondex_Parameter_Control_View* shown);
+};
+
+/// The event listener's callback: hands the event to the view that `refcon` is. The host time is not needed.
+void EventListenerDispatcher(void* refcon, void* object, const cocoa::AudioUnitEvent* event,
+                             uint64_t host_time, float value);
+
+}  // namespace ondex

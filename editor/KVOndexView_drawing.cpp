@@ -1,0 +1,56 @@
+#include "drawing/color_rules.h"
+#include "drawing/shading.h"
+#include "editor/KVOndexView.h"
+
+namespace ondex {
+
+using namespace cocoa;
+
+namespace {
+
+constexpr CGFloat sidebar_width = 20;
+
+void set_warm(CGFloat* out, CGFloat k) {
+  out[0] = CGFloat(0.9) * k;
+  out[1] = CGFloat(0.62) * k;
+  out[2] = CGFloat(0.5) * k;
+  out[3] = 1;
+}
+
+void bg_panel_evaluate(void*, const CGFloat* in, CGFloat* out) {
+  set_warm(out, half_ramp(in[0]));
+}
+void bg_sidebars_evaluate(void*, const CGFloat* in, CGFloat* out) {
+  set_warm(out, ridge(in[0]));
+}
+
+/// Paints the band between the perpendiculars through two points, as high as the clip; false when it cannot.
+bool draw_band(CGContextRef context, CGFunctionEvaluateCallback evaluate, CGPoint start, CGFloat width) {
+  const Shading shading =
+      create_axial_shading(create_shader_function(evaluate, nullptr), start, {start.x + width, start.y});
+  if (!shading)
+    return false;
+  CGContextDrawShading(context, shading.get());
+  return true;
+}
+
+}  // namespace
+
+void KVOndexView::drawRect(NSRect) {
+  do_2d_bg_area(current_port(), bounds());
+}
+
+void KVOndexView::do_2d_bg_area(CGContextRef context, CGRect area) {
+  const CGPoint origin = area.origin;
+  if (!draw_band(context, bg_panel_evaluate, origin, NSWidth(area)))
+    return;
+  if (!draw_band(context, bg_sidebars_evaluate, origin, sidebar_width))
+    return;
+  draw_band(context, bg_sidebars_evaluate, {NSMaxX(area) - sidebar_width, origin.y}, sidebar_width);
+}
+
+CGColorSpaceRef KVOndexView::get_RGB_color_space() {
+  return device_RGB_color_space();
+}
+
+}  // namespace ondex
