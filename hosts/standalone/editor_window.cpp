@@ -1,0 +1,84 @@
+#include "standalone/editor_window.h"
+
+#include <cmath>
+#include <vector>
+
+#include "appkit/NSApplication.h"
+#include "appkit/NSGraphicsContext.h"
+#include "audio_unit/AUCocoaUIBase.h"
+#include "factory/bundle_classes.h"
+#include "foundation/NSLog.h"
+#include "quartz/CGBitmapContext.h"
+#include "standalone/resource_folder.h"
+
+namespace ondex {
+
+using namespace cocoa;
+
+namespace {
+
+constexpr NSPoint first_origin = {120, 120};
+
+/// The editor of the unit, made by the class that the bundle names; null, after a line in the log, without
+/// one.
+Ref<NSView> make_editor(const NSBundle& bundle, AudioUnit unit) {
+  const Class* factory_class = bundle.principalClass();
+  if (!factory_class || !factory_class->init) {
+    NSLog("ondex: no view factory in %s", bundle.bundlePath().c_str());
+    return nullptr;
+  }
+  const Ref<NSObject> factory = factory_class->init();
+  auto* view_factory = dynamic_cast<AUCocoaUIBase*>(factory.get());
+  if (!view_factory) {
+    NSLog("ondex: %.*s makes no editors", static_cast<int>(factory_class->name.size()),
+          factory_class->name.data());
+    return nullptr;
+  }
+  return view_factory->uiViewForAudioUnit_withSize(unit, NSSize{});
+}
+
+}  // namespace
+
+EditorWindow::EditorWindow(WindowSystem& system, std::span<const ParameterChange> changes)
+    : system_(system), effect_(effect_parameters()) {
+  for (const ParameterChange& change : changes)
+    effect_.setFromHost(change.id, change.value);
+}
+
+EditorWindow::~EditorWindow() {
+  // The editor still talks to the effect when it goes.
+  window_ = nullptr;
+}
+
+bool EditorWindow::open() {
+  NSApplicationLoad();
+  bundle_ = make<NSBundle>(resource_folder(), bundle_classes());
+  const Ref<NSView> editor = make_editor(*bundle_, effect_.audio_unit());
+  if (!editor)
+    return false;
+  window_ =
+      make<NSWindow>(NSRect{first_origin, editor->frame().size}, NSTitledWindowMask | NSClosableWindowMask);
+  window_->setWindowSystem(&system_);
+  window_->setTitle("KV Ondex");
+  window_->setContentView(editor.get());
+  window_->makeKeyAndOrderFront(nullptr);
+  return window_->platformWindow() != nullptr;
+}
+
+bool EditorWindow::write_picture(const char* path) {
+  const NSView* view = window_->contentView();
+  const double scale = window_->backingScaleFactor();
+  const auto width = static_cast<size_t>(std::ceil(static_cast<double>(NSWidth(view->bounds())) * scale));
+  const auto height = static_cast<size_t>(std::ceil(static_cast<double>(NSHeight(view->bounds())) * scale));
+  std::vector<uint8_t> pixels(width * height * 4);
+  CGContextRef context = CGBitmapContextCreateWithScale(pixels.data(), width, height, width * 4, scale);
+  {
+    const NSGraphicsContext::Scope scope(context);
+    window_->contentView()->drawTree(view->bounds());
+  }
+  const bool written = CGBitmapContextWritePNG(context, path);
+  CGContextRelease(context);
+  return written;
+}
+
+}  // namespace ondex

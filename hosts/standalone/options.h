@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "standalone/effect.h"
+
+namespace ondex {
+
+struct Options {
+  std::optional<std::string> screenshot;
+  std::optional<double> scale;
+  std::vector<ParameterChange> changes;
+  bool help = false;
+  bool version = false;
+};
+
+/// Reads the arguments after the program's name. An empty error means success.
+std::string read_options(std::span<const char* const> arguments, Options& options);
+
+/// What --help prints.
+std::string help_text();
+std::string version_text();
+
+}  // namespace ondex

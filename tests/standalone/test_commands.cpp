@@ -1,0 +1,57 @@
+#include "standalone/commands.h"
+
+#include <gtest/gtest.h>
+
+namespace ondex {
+namespace {
+
+Command read(std::string_view line) {
+  Command command;
+  EXPECT_EQ(read_command(line, command), "") << line;
+  return command;
+}
+
+std::string error_of(std::string_view line) {
+  Command command;
+  std::string error = read_command(line, command);
+  EXPECT_EQ(command.kind, CommandKind::none) << line;
+  return error;
+}
+
+TEST(Commands, AreReadFromALine) {
+  EXPECT_EQ(read("list").kind, CommandKind::list);
+  EXPECT_EQ(read(" quit ").kind, CommandKind::quit);
+  EXPECT_EQ(read("").kind, CommandKind::none);
+  EXPECT_EQ(read(" \t ").kind, CommandKind::none);
+  const Command set = read("set 4\t12.5");
+  EXPECT_EQ(set.kind, CommandKind::set);
+  EXPECT_EQ(set.change.id, 4U);
+  EXPECT_EQ(set.change.value, 12.5F);
+  const Command get = read("get 6");
+  EXPECT_EQ(get.kind, CommandKind::get);
+  EXPECT_EQ(get.change.id, 6U);
+}
+
+TEST(Commands, APicturesNameMayHoldBlanks) {
+  EXPECT_EQ(read("screenshot my picture.png ").file, "my picture.png");
+  EXPECT_EQ(read("  screenshot a.png").file, "a.png");
+}
+
+TEST(Commands, WhatIsWrongIsSaidInOneLineAndIsNoCommand) {
+  EXPECT_EQ(error_of("sett 1 2"), "unknown command 'sett'");
+  EXPECT_EQ(error_of("set 1"), "set wants ID VALUE");
+  EXPECT_EQ(error_of("set 1 2 3"), "set wants ID VALUE");
+  EXPECT_EQ(error_of("set 7 0"), "no parameter '7': there are 0 to 6");
+  EXPECT_EQ(error_of("set -1 0"), "no parameter '-1': there are 0 to 6");
+  EXPECT_EQ(error_of("set 1 fast"), "'fast' is not a number");
+  EXPECT_EQ(error_of("set 1 1,5"), "'1,5' is not a number");
+  EXPECT_EQ(error_of("set 2 1.5"), "1.5 is outside the range of parameter 2, 0 to 1");
+  EXPECT_EQ(error_of("set 0 -0.5"), "-0.5 is outside the range of parameter 0, 0 to 20");
+  EXPECT_EQ(error_of("get"), "get wants ID");
+  EXPECT_EQ(error_of("screenshot"), "screenshot wants the name of a file");
+  EXPECT_EQ(error_of("list all"), "list wants nothing more");
+  EXPECT_EQ(error_of("quit now"), "quit wants nothing more");
+}
+
+}  // namespace
+}  // namespace ondex

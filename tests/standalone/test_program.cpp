@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "child_process.h"
+#include "temporary_folder.h"
+
+namespace ondex::test {
+namespace {
+
+/// The program itself, without any display.
+class ProgramTest : public testing::Test {
+ protected:
+  ChildProcess::Setup setup(std::vector<std::string> arguments,
+                            const std::string& program = ONDEX_PROGRAM) const {
+    arguments.insert(arguments.begin(), program);
+    return {std::move(arguments), {{"DISPLAY", std::nullopt}, {"XDG_CONFIG_HOME", folder.path().string()}}};
+  }
+  /// A copy of the program with interface files of its own beside it.
+  std::string copied_program() const {
+    const auto copy = folder.path() / "ondex";
+    std::filesystem::copy_file(ONDEX_PROGRAM, copy);
+    std::filesystem::copy(ONDEX_SOURCE_DIR "/resources", folder.path() / "resources");
+    return copy.string();
+  }
+  std::string picture() const { return (folder.path() / "picture.png").string(); }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(ProgramTest, RendersAPictureWithoutADisplay) {
+  ChildProcess program(setup({"--screenshot", picture(), "--scale", "2", "--set", "2=0.25"}));
+  EXPECT_EQ(program.wait_for_exit(), 0);
+  EXPECT_EQ(program.errors(), "");
+  EXPECT_GT(std::filesystem::file_size(picture()), 10000U);
+}
+
+TEST_F(ProgramTest, APictureThatCannotBeWrittenIsAnError) {
+  ChildProcess program(setup({"--screenshot", (folder.path() / "none" / "picture.png").string()}));
+  EXPECT_EQ(program.wait_for_exit(), 1);
+  EXPECT_NE(program.errors().find("picture.png"), std::string::npos);
+}
+
+TEST_F(ProgramTest, ABadOptionGivesOneLineAndStatusTwo) {
+  ChildProcess program(setup({"--screenshot", picture(), "--set", "9=1"}));
+  EXPECT_EQ(program.wait_for_exit(), 2);
+  EXPECT_EQ(program.errors(), "ondex: --set 9=1: no parameter '9': there are 0 to 6\n");
+  EXPECT_EQ(program.output(), "");
+  EXPECT_FALSE(std::filesystem::exists(picture()));
+}
+
+TEST_F(ProgramTest, WithoutADisplayItSaysSoInOneLine) {
+  ChildProcess program(setup({}));
+  EXPECT_EQ(program.wait_for_exit(), 1);
+  const std::string errors = program.errors();
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+  EXPECT_NE(errors.find("display"), std::string::npos) << errors;
+}
+
+TEST_F(ProgramTest, PrintsHelpAndVersion) {
+  ChildProcess help(setup({"--help"}));
+  EXPECT_EQ(help.wait_for_exit(), 0);
+  EXPECT_EQ(help.output().rfind("Usage: ondex", 0), 0U);
+  ChildProcess version(setup({"--version"}));
+  EXPECT_EQ(version.wait_for_exit(), 0);
+  EXPECT_EQ(version.output(), "ondex 1.0.0\n");
+}
+
+TEST_F(ProgramTest, FindsItsInterfaceFilesBesideItself) {
+  ChildProcess program(setup({"--screenshot", picture()}, copied_program()));
+  EXPECT_EQ(program.wait_for_exit(), 0);
+  EXPECT_TRUE(std::filesystem::exists(picture()));
+}
+
+TEST_F(ProgramTest, AMissingInterfaceFileEndsItWithStatusOne) {
+  const std::string copy = copied_program();
+  std::filesystem::remove(folder.path() / "resources" / "KVOndexView.xib");
+  ChildProcess program(setup({"--screenshot", picture()}, copy));
+  EXPECT_EQ(program.wait_for_exit(), 1);
+  EXPECT_NE(program.errors().find("KVOndexView.xib"), std::string::npos) << program.errors();
+  EXPECT_NE(program.errors().find("\nOndex: Unable to load nib for view.\n"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(picture()));
+}
+
+TEST_F(ProgramTest, ABrokenInterfaceFileIsNamedWithItsCause) {
+  const std::string copy = copied_program();
+  std::ofstream(folder.path() / "resources" / "KVOndexView.xib") << "<document>";
+  ChildProcess program(setup({"--screenshot", picture()}, copy));
+  EXPECT_EQ(program.wait_for_exit(), 1);
+  EXPECT_NE(program.errors().find("KVOndexView.xib: "), std::string::npos) << program.errors();
+  EXPECT_NE(program.errors().find("\nOndex: Unable to load nib for view.\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace ondex::test

@@ -1,0 +1,73 @@
+#include "standalone/values.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "standalone/text_lines.h"
+
+namespace ondex {
+namespace {
+
+TEST(ValueText, IsTheShortestThatReadsBackToTheSameFloat) {
+  EXPECT_EQ(text_of(0.0F), "0");
+  EXPECT_EQ(text_of(0.5F), "0.5");
+  EXPECT_EQ(text_of(0.1F), "0.1");
+  EXPECT_EQ(text_of(0.55F), "0.55");
+  EXPECT_EQ(text_of(20.0F), "20");
+  EXPECT_EQ(text_of(1.0F / 3.0F), "0.33333334");
+  EXPECT_EQ(text_of(-0.25F), "-0.25");
+}
+
+TEST(ValueText, ReadsBackForRandomFloats) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE(seed);
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<float> values(0.0F, 20.0F);
+  for (int i = 0; i < 10000; ++i) {
+    const float value = values(random);
+    EXPECT_EQ(float_from(text_of(value)), value);
+  }
+}
+
+TEST(ValueText, OnlyAWholeFiniteNumberIsRead) {
+  EXPECT_EQ(float_from("1e-3"), 0.001F);
+  EXPECT_EQ(float_from("-2.5"), -2.5F);
+  for (const char* text : {"", " 1", "1 ", "1,5", "0x10", "nan", "inf", "1e99", "1.5.2", "+1", "one"}) {
+    EXPECT_EQ(float_from(text), std::nullopt) << text;
+  }
+  EXPECT_EQ(unsigned_from("6"), 6U);
+  for (const char* text : {"", "-1", "6.0", "99999999999"})
+    EXPECT_EQ(unsigned_from(text), std::nullopt) << text;
+}
+
+TEST(TextLines, AreCutWhereTheyEndHoweverTheyArrive) {
+  TextLines lines;
+  std::string line;
+  lines.append("set 2 ");
+  EXPECT_FALSE(lines.take(line));
+  lines.append("0.5\r\nlist\n\nqu");
+  ASSERT_TRUE(lines.take(line));
+  EXPECT_EQ(line, "set 2 0.5");
+  ASSERT_TRUE(lines.take(line));
+  EXPECT_EQ(line, "list");
+  ASSERT_TRUE(lines.take(line));
+  EXPECT_EQ(line, "");
+  EXPECT_FALSE(lines.take(line));
+  lines.append("it\n");
+  ASSERT_TRUE(lines.take(line));
+  EXPECT_EQ(line, "quit");
+}
+
+TEST(TextLines, AreNotKeptWithoutLimit) {
+  TextLines lines;
+  lines.append(std::string(8000, 'x'));
+  EXPECT_FALSE(lines.overlong());
+  lines.append(std::string(200, 'x'));
+  EXPECT_TRUE(lines.overlong());
+}
+
+}  // namespace
+}  // namespace ondex

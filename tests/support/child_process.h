@@ -1,0 +1,54 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ondex::test {
+
+/// A program with its standard streams in our hands. It is killed when this goes.
+class ChildProcess {
+ public:
+  struct Setup {
+    std::vector<std::string> arguments;                             ///< the program's path first
+    std::map<std::string, std::optional<std::string>> environment;  ///< set, or unset where there is no value
+  };
+  explicit ChildProcess(const Setup& setup);
+  ~ChildProcess();
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  void write(std::string_view text);
+  void close_input();
+  void signal(int number);
+
+  /// Reads standard output until a complete line holds `text`, and returns that line. Fails the test and
+  /// returns an empty line when the program ends or nothing comes within a generous deadline.
+  std::string wait_for_line(std::string_view text);
+  /// Whether a line holding `text` has come by now; reads what is there without waiting.
+  bool has_line(std::string_view text);
+  /// Waits for the end; the exit status, or minus the number of the signal that ended it.
+  int wait_for_exit();
+  /// Everything the program wrote so far.
+  const std::string& output();
+  const std::string& errors();
+  /// Forgets the output so far.
+  void forget_output();
+
+ private:
+  bool read_some(int milliseconds);
+  void drain();
+  pid_t pid_ = -1;
+  int input_ = -1;
+  int output_descriptor_ = -1;
+  int error_descriptor_ = -1;
+  std::string output_;
+  std::string errors_;
+  size_t searched_ = 0;
+  std::optional<int> status_;
+};
+
+}  // namespace ondex::test
