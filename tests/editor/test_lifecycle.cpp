@@ -121,7 +121,7 @@ TEST_F(LifecycleTest, SeveralEditorsShowOneEffect) {
 }
 
 TEST_F(LifecycleTest, AMissingInterfaceFileIsLoggedAndGivesNoView) {
-  const auto elsewhere = make<NSBundle>(ONDEX_SOURCE_DIR "/no-such-folder", bundle_classes());
+  const auto elsewhere = make<NSBundle>(source_path("no-such-folder"), bundle_classes());
   EXPECT_FALSE(make_editor());
   ASSERT_EQ(log.size(), 2U);
   EXPECT_NE(log[0].find("KVOndexView"), std::string::npos);

@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 
+#include "build_paths.h"
 #include "child_process.h"
 #include "temporary_folder.h"
 
@@ -72,7 +73,7 @@ TEST(EffectFiles, would_not_be_valid_with_a_mistake) {
 
 TEST(EffectFiles, are_installed_into_the_path_of_choice) {
   const TemporaryFolder folder;
-  const Result result({{ONDEX_CMAKE, "--install", ONDEX_BINARY_DIR, "--component", "lv2"},
+  const Result result({{ONDEX_CMAKE, "--install", build_path(), "--component", "lv2"},
                        {{"DESTDIR", folder.path().string()}}});
   ASSERT_EQ(result.status, 0) << result.errors;
   const path installed = folder.path() / path(ONDEX_INSTALLED_LV2_PATH).relative_path() / "ondex.lv2";

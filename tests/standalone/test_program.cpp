@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "build_paths.h"
 #include "child_process.h"
 #include "temporary_folder.h"
 
@@ -22,7 +23,7 @@ class ProgramTest : public testing::Test {
   std::string copied_program() const {
     const auto copy = folder.path() / "ondex";
     std::filesystem::copy_file(ONDEX_PROGRAM, copy);
-    std::filesystem::copy(ONDEX_SOURCE_DIR "/resources", folder.path() / "resources");
+    std::filesystem::copy(source_path("resources"), folder.path() / "resources");
     return copy.string();
   }
   std::string picture() const { return (folder.path() / "picture.png").string(); }

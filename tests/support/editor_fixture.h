@@ -7,6 +7,7 @@
 
 #include "appkit/NSApplication.h"
 #include "audio_unit/effect_instance.h"
+#include "build_paths.h"
 #include "editor/KVOndexView.h"
 #include "factory/KVOndexViewFactory.h"
 #include "factory/bundle_classes.h"
@@ -77,7 +78,7 @@ class EditorFixture : public testing::Test {
   std::vector<std::string> log;
   cocoa::NSLogHook hook{[this](std::string_view line) { log.emplace_back(line); }};
   cocoa::Ref<cocoa::NSBundle> bundle =
-      cocoa::make<cocoa::NSBundle>(ONDEX_SOURCE_DIR "/resources", bundle_classes());
+      cocoa::make<cocoa::NSBundle>(source_path("resources"), bundle_classes());
   cocoa::EffectInstance effect{effect_parameters()};
   std::vector<Write> writes;
   cocoa::Ref<KVOndexView> editor;

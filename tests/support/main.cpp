@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
 
+#include "build_paths.h"
+
 // Pango looks fonts up on a thread of its own; what fontconfig holds there when the process ends is not ours.
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:libfontconfig\n";
@@ -9,8 +11,8 @@ extern "C" const char* __lsan_default_suppressions() {
 int main(int argc, char** argv) {
   // Pictures are compared: they are drawn with the fonts that the tests name, on every machine. And whatever
   // a test stores, the user's own preferences stay as they are.
-  setenv("FONTCONFIG_FILE", ONDEX_SOURCE_DIR "/tests/fonts.conf", 1);
-  setenv("XDG_CONFIG_HOME", ONDEX_BINARY_DIR "/test-config", 1);
+  setenv("FONTCONFIG_FILE", ondex::test::source_path("tests/fonts.conf").c_str(), 1);
+  setenv("XDG_CONFIG_HOME", ondex::test::build_path("test-config").c_str(), 1);
   testing::InitGoogleMock(&argc, argv);
   return RUN_ALL_TESTS();
 }

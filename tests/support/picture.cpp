@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "appkit/NSGraphicsContext.h"
+#include "build_paths.h"
 #include "quartz/CGBitmapContext.h"
 
 namespace ondex::test {
@@ -107,7 +108,7 @@ size_t differing_pixels(const Picture& a, const Picture& b, int tolerance) {
 }
 
 void expect_committed_picture(const Picture& picture, const std::string& name) {
-  const std::string committed_path = std::string(ONDEX_SOURCE_DIR) + "/" + name;
+  const std::string committed_path = source_path(name);
   if (std::getenv("ONDEX_UPDATE_PICTURES")) {
     ASSERT_TRUE(write_picture(picture, committed_path));
     return;
@@ -117,7 +118,7 @@ void expect_committed_picture(const Picture& picture, const std::string& name) {
   const size_t differing = differing_pixels(picture, committed, channel_tolerance);
   if (differing <= picture.pixels.size() / pixels_a_difference)
     return;
-  const std::string folder = std::string(ONDEX_BINARY_DIR) + "/pictures/";
+  const std::string folder = build_path("pictures/");
   const std::string file = std::filesystem::path(name).filename().string();
   std::filesystem::create_directories(folder);
   write_picture(picture, folder + file);
