@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
@@ -44,11 +45,11 @@ class Descriptor {
 };
 
 SmallFile not_read(int error) {
-  if (error == ENOENT)
-    return {};
   // ENXIO is a socket.
   const bool is_unusable = error == EACCES || error == ELOOP || error == ENXIO;
-  return {.state = is_unusable ? SmallFile::State::kUnusable : SmallFile::State::kUnavailable,
+  return {.state = error == ENOENT ? SmallFile::State::kAbsent
+                   : is_unusable   ? SmallFile::State::kUnusable
+                                   : SmallFile::State::kUnavailable,
           .bytes = {},
           .cause = std::generic_category().message(error)};
 }
@@ -103,22 +104,19 @@ SmallFile read_small_file(const std::filesystem::path& file, size_t limit) {
     return unusable("not a regular file");
 
   // The size is not believed: the file may grow meanwhile, or be one that tells none.
-  SmallFile result{.state = SmallFile::State::kRead, .bytes = std::string(limit + 1, '\0'), .cause = {}};
-  size_t size = 0;
-  while (size <= limit) {
-    const ssize_t count = read(opened.get(), result.bytes.data() + size, limit + 1 - size);
+  SmallFile result{.state = SmallFile::State::kRead, .bytes = {}, .cause = {}};
+  std::array<char, 16384> block{};
+  while (result.bytes.size() <= limit) {
+    const ssize_t count = read(opened.get(), block.data(), block.size());
     if (count < 0 && errno == EINTR)
       continue;
     if (count < 0)
       return not_read(errno);
     if (count == 0)
-      break;
-    size += static_cast<size_t>(count);
+      return result;
+    result.bytes.append(block.data(), static_cast<size_t>(count));
   }
-  if (size > limit)
-    return unusable("too large");
-  result.bytes.resize(size);
-  return result;
+  return unusable("too large");
 }
 
 std::error_code make_private_folder(const std::filesystem::path& folder) {

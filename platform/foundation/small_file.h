@@ -21,7 +21,7 @@ struct SmallFile {
   };
   State state = State::kAbsent;
   std::string bytes;
-  /// For the log, when the file is there and was not read.
+  /// For the log, when the file was not read.
   std::string cause;
 };
 

@@ -1,13 +1,9 @@
 #include "foundation/xml_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <system_error>
+#include <utility>
+
+#include "foundation/small_file.h"
 
 namespace cocoa {
 
@@ -16,26 +12,6 @@ namespace {
 constexpr size_t largest_file = size_t{4} << 20;
 constexpr int deepest_element = 64;
 constexpr size_t longest_line = 1000;
-constexpr const char* too_large = "is larger than 4 MiB";
-
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int fd) : fd_(fd) {}
-  ~FileDescriptor() {
-    if (fd_ >= 0)
-      ::close(fd_);
-  }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  int get() const { return fd_; }
-
- private:
-  int fd_;
-};
-
-std::string error_text(int error) {
-  return std::generic_category().message(error);
-}
 
 /// The length of the UTF-8 sequence at the start of `text`, 0 when it is malformed: overlong, a surrogate,
 /// beyond U+10FFFF, cut off, or the null character, which ends C strings.
@@ -82,34 +58,15 @@ struct DepthWalker : pugi::xml_tree_walker {
 }  // namespace
 
 FileText read_text_file(const std::string& path) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  if (file.get() < 0)
-    return {{}, error_text(errno)};
-  struct stat status {};
-  if (::fstat(file.get(), &status) != 0)
-    return {{}, error_text(errno)};
-  if (!S_ISREG(status.st_mode))
-    return {{}, "is not a regular file"};
-
-  FileText result;
-  std::array<char, 16384> block{};
-  for (;;) {
-    const ssize_t count = ::read(file.get(), block.data(), block.size());
-    if (count == 0)
-      return result;
-    if (count < 0 && errno == EINTR)
-      continue;
-    if (count < 0)
-      return {{}, error_text(errno)};
-    result.text.append(block.data(), static_cast<size_t>(count));
-    if (result.text.size() > largest_file)
-      return {{}, too_large};
-  }
+  SmallFile file = read_small_file(path, largest_file);
+  if (file.state != SmallFile::State::kRead)
+    return {{}, "cannot be read: " + file.cause};
+  return {std::move(file.bytes), {}};
 }
 
 std::string parse_xml(std::string_view text, pugi::xml_document& document) {
   if (text.size() > largest_file)
-    return too_large;
+    return "is larger than 4 MiB";
   if (const size_t valid = end_of_valid_text(text); valid < text.size())
     return at_line(text, valid, "is not text in UTF-8");
   const pugi::xml_parse_result parsed = document.load_buffer(

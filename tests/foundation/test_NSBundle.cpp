@@ -135,7 +135,7 @@ TEST_F(NSBundleTest, LogsAnInterfaceFileThatIsMissingOrBroken) {
   write("Broken.xib", document("<customView id=\"7\"/>"));
   EXPECT_FALSE(bundle_->loadNibNamed_owner("Missing", nullptr));
   EXPECT_FALSE(bundle_->loadNibNamed_owner("Broken", nullptr));
-  EXPECT_THAT(log.lines, ElementsAre(folder_ + "/Missing.xib: No such file or directory",
+  EXPECT_THAT(log.lines, ElementsAre(folder_ + "/Missing.xib: cannot be read: No such file or directory",
                                      folder_ + "/Broken.xib: <customView id=\"7\">: has no frame"));
 }
 
@@ -147,9 +147,9 @@ TEST_F(NSBundleTest, ReadsRegularFilesOfBoundedSizeOnly) {
   EXPECT_FALSE(bundle_->loadNibNamed_owner("Folder", nullptr));
   EXPECT_FALSE(bundle_->loadNibNamed_owner("Pipe", nullptr));
   EXPECT_FALSE(bundle_->loadNibNamed_owner("Large", nullptr));
-  EXPECT_THAT(log.lines, ElementsAre(folder_ + "/Folder.xib: is not a regular file",
-                                     folder_ + "/Pipe.xib: is not a regular file",
-                                     folder_ + "/Large.xib: is larger than 4 MiB"));
+  EXPECT_THAT(log.lines, ElementsAre(folder_ + "/Folder.xib: cannot be read: not a regular file",
+                                     folder_ + "/Pipe.xib: cannot be read: not a regular file",
+                                     folder_ + "/Large.xib: cannot be read: too large"));
 }
 
 TEST_F(NSBundleTest, IsFoundByItsClassesUntilItGoes) {
