@@ -72,7 +72,7 @@ void measure(benchmark::State& state, OpenEditor& open, NSSize damaged, auto&& c
   double painting = 0;
   double copying = 0;
   bool flip = false;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     flip = !flip;
     change(flip);
     const double repaint = seconds([&] { open.repaint(); });
@@ -117,7 +117,7 @@ void curve_rebuild(benchmark::State& state) {
   double rebuilding = 0;
   double copying = 0;
   bool flip = false;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     flip = !flip;
     const double rebuild = seconds([&] { graph->set_modulation_index(flip ? 2.5F : 3.0F); });
     state.SetIterationTime(rebuild);

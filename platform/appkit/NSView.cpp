@@ -1,7 +1,6 @@
 #include "appkit/NSView.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSWindow.h"
@@ -185,7 +184,8 @@ void NSView::drawTree(NSRect dirty) {
 const NSView* NSView::frontOpaqueCover(NSRect dirty) const {
   if (hidden_ || !contains(bounds(), dirty))
     return nullptr;
-  for (const Ref<NSView>& view : std::views::reverse(subviews_)) {
+  for (size_t i = subviews_.size(); i-- > 0;) {
+    const NSView* view = subviews_[i].get();
     const NSPoint origin = view->frame_.origin;
     if (const NSView* cover = view->frontOpaqueCover(NSOffsetRect(dirty, -origin.x, -origin.y)))
       return cover;
@@ -220,8 +220,8 @@ NSView* NSView::hitTest(NSPoint point) {
   if (hidden_ || !NSPointInRect(point, frame_))
     return nullptr;
   const NSPoint inside = {point.x - frame_.origin.x, point.y - frame_.origin.y};
-  for (const Ref<NSView>& view : std::views::reverse(subviews_)) {
-    if (NSView* hit = view->hitTest(inside))
+  for (size_t i = subviews_.size(); i-- > 0;) {
+    if (NSView* hit = subviews_[i]->hitTest(inside))
       return hit;
   }
   return this;

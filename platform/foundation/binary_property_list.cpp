@@ -199,10 +199,11 @@ void Converter::writeObject(uint64_t object, int depth) {
 }
 
 void Converter::writeConstant(uint64_t value) {
-  if (value == 0x8 || value == 0x9)
+  if (value == 0x8 || value == 0x9) {
     write(value == 0x9 ? "<true/>" : "<false/>");
-  else
+  } else {
     fail("an object of a kind that XML does not have");
+  }
 }
 
 /// Those of one, two and four bytes have no sign.

@@ -93,10 +93,11 @@ bool PreferenceStore::write(const std::filesystem::path& file) {
   if (merged.is_unavailable)
     return log_not_written(file, "it may hold what cannot be read at present");
   for (const auto& [key, value] : changed_) {
-    if (value)
+    if (value) {
       merged.list.setValue(key, *value);
-    else
+    } else {
       merged.list.removeValue(key);
+    }
   }
   const std::string xml = merged.list.xml();
   if (xml.size() > kMaximumFileSize)

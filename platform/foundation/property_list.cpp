@@ -134,10 +134,11 @@ std::string PropertyList::xml() const {
   std::string text;
   text.reserve(writer.text.size());
   for (const char c : writer.text) {
-    if (c == '\r')
+    if (c == '\r') {
       text += "&#13;";
-    else
+    } else {
       text += c;
+    }
   }
   return text;
 }

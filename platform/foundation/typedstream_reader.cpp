@@ -143,12 +143,13 @@ const Class* TypedStreamReader::takeClass() {
   if (failed())
     return nullptr;
   const auto* archived = first ? std::get_if<ArchivedClass>(&numbered_[*first]) : nullptr;
-  if (!archived)
+  if (!archived) {
     fail("an object without a class");
-  else if (!archived->known || !archived->known->initWithCoder)
+  } else if (!archived->known || !archived->known->initWithCoder) {
     fail("an object of a class that is not known");
-  else if (archived->version != kClassVersion)
+  } else if (archived->version != kClassVersion) {
     fail("an object of a later version of its class");
+  }
   return failed() ? nullptr : archived->known;
 }
 

@@ -20,6 +20,7 @@ bool wait_until(const std::function<bool()>& condition, const std::vector<int>& 
   using std::chrono::steady_clock;
   const auto deadline = steady_clock::now() + std::chrono::seconds(10);
   std::vector<pollfd> watched;
+  watched.reserve(descriptors.size());
   for (const int descriptor : descriptors)
     watched.push_back({descriptor, POLLIN, 0});
   while (!condition()) {
@@ -32,6 +33,7 @@ bool wait_until(const std::function<bool()>& condition, const std::vector<int>& 
 
 Child::Child(const std::vector<std::string>& command, const std::string& display, int inherited) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command)
     arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
