@@ -6,9 +6,11 @@ namespace cocoa::test {
 
 std::vector<EffectParameter> seven_parameters() {
   std::vector<EffectParameter> parameters;
-  for (AudioUnitParameterID id = 0; id < 7; ++id)
+  parameters.reserve(7);
+  for (AudioUnitParameterID id = 0; id < 7; ++id) {
     parameters.push_back(
         {.id = id, .name = "parameter", .unit = "", .default_value = static_cast<Float32>(id) / 8});
+  }
   return parameters;
 }
 

@@ -104,6 +104,7 @@ TEST(HandleTable, WaitsForOtherThreadsBeforeItDestroys) {
   std::atomic<bool> stop = false;
   std::atomic<int> found = 0;
   std::vector<std::thread> readers;
+  readers.reserve(3);
   for (int i = 0; i < 3; ++i) {
     readers.emplace_back([&] {
       while (!stop) {

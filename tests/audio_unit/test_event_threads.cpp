@@ -100,6 +100,7 @@ std::vector<std::thread> start_senders(Random& random, EffectInstance& effect, s
                                        int steps) {
   running = 4;
   std::vector<std::thread> senders;
+  senders.reserve(4);
   for (int i = 0; i < 4; ++i) {
     senders.emplace_back([&effect, &running, steps, own = Random(random())]() mutable {
       for (int step = 0; step < steps; ++step) {
