@@ -6,6 +6,17 @@ namespace {
 constexpr size_t longest_line = 8192;
 }
 
+void TextLines::append(std::string_view bytes) {
+  if (dropping_) {
+    const size_t end = bytes.find('\n');
+    if (end == std::string_view::npos)
+      return;
+    bytes.remove_prefix(end + 1);
+    dropping_ = false;
+  }
+  pending_ += bytes;
+}
+
 bool TextLines::take(std::string& line) {
   const size_t end = pending_.find('\n');
   if (end == std::string::npos)
@@ -19,6 +30,11 @@ bool TextLines::take(std::string& line) {
 
 bool TextLines::overlong() const {
   return pending_.size() > longest_line && pending_.find('\n') == std::string::npos;
+}
+
+void TextLines::drop_overlong() {
+  pending_.clear();
+  dropping_ = true;
 }
 
 }  // namespace ondex

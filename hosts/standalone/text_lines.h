@@ -9,15 +9,17 @@ namespace ondex {
 class TextLines {
  public:
   /// Appends bytes; complete lines wait until they are taken.
-  void append(std::string_view bytes) { pending_ += bytes; }
+  void append(std::string_view bytes);
   /// The next complete line, without its end; false when there is none.
   bool take(std::string& line);
   /// True once more has come than any line may be long, without an end.
   bool overlong() const;
-  void drop_overlong() { pending_.clear(); }
+  /// Drops it, with all that is still to come of it.
+  void drop_overlong();
 
  private:
   std::string pending_;
+  bool dropping_ = false;
 };
 
 }  // namespace ondex

@@ -69,5 +69,21 @@ TEST(TextLines, AreNotKeptWithoutLimit) {
   EXPECT_TRUE(lines.overlong());
 }
 
+TEST(TextLines, TheRestOfADroppedLineIsNotALine) {
+  TextLines lines;
+  lines.append(std::string(10000, 'x'));
+  ASSERT_TRUE(lines.overlong());
+  lines.drop_overlong();
+  lines.append(std::string(9000, 'x'));
+  EXPECT_FALSE(lines.overlong());
+  lines.append("set 2 1\nget 0\nlist\n");
+  std::string line;
+  ASSERT_TRUE(lines.take(line));
+  EXPECT_EQ(line, "get 0");
+  ASSERT_TRUE(lines.take(line));
+  EXPECT_EQ(line, "list");
+  EXPECT_FALSE(lines.take(line));
+}
+
 }  // namespace
 }  // namespace ondex
