@@ -203,6 +203,8 @@ int run_interactive(const Options& options) {
   if (!system)
     return 1;
   const auto dispatcher = CFRunLoopGetCurrent()->addPoller([&system] { return system->dispatch(); });
+  // Panels that the editor opens belong to the same display.
+  const WindowSystemScope windows(system.get());
   EditorWindow editor(*system, options.changes);
   if (!editor.open())
     return 1;
