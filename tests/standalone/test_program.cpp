@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "build_paths.h"
 #include "child_process.h"
+#include "program_copy.h"
 #include "temporary_folder.h"
 
 namespace ondex::test {
@@ -19,13 +19,7 @@ class ProgramTest : public testing::Test {
     arguments.insert(arguments.begin(), program);
     return {std::move(arguments), {{"DISPLAY", std::nullopt}, {"XDG_CONFIG_HOME", folder.path().string()}}};
   }
-  /// A copy of the program with interface files of its own beside it.
-  std::string copied_program() const {
-    const auto copy = folder.path() / "ondex";
-    std::filesystem::copy_file(ONDEX_PROGRAM, copy);
-    std::filesystem::copy(source_path("resources"), folder.path() / "resources");
-    return copy.string();
-  }
+  std::string copied_program() const { return copy_program(ONDEX_PROGRAM, folder.path()); }
   std::string picture() const { return (folder.path() / "picture.png").string(); }
 
   TemporaryFolder folder;

@@ -79,6 +79,12 @@ void ChildProcess::close_input() {
   input_ = -1;
 }
 
+void ChildProcess::close_output() {
+  if (output_descriptor_ >= 0)
+    close(output_descriptor_);
+  output_descriptor_ = -1;
+}
+
 void ChildProcess::signal(int number) {
   if (pid_ > 0)
     kill(pid_, number);

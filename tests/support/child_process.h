@@ -23,6 +23,8 @@ class ChildProcess {
 
   void write(std::string_view text);
   void close_input();
+  /// Nobody reads its standard output any more.
+  void close_output();
   void signal(int number);
 
   /// Reads standard output until a complete line holds `text`, and returns that line. Fails the test and

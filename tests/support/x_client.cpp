@@ -19,6 +19,27 @@ struct Free {
 };
 template <typename T>
 using Reply = std::unique_ptr<T, Free>;
+
+struct BooksAnswer {
+  uint32_t head, length, count, unused[5];
+};
+
+/// What the server's own books say: the X-Resource extension's requests for lists. The library fills in the
+/// opcodes and the length.
+Reply<void> ask_for_books(xcb_connection_t* connection, uint8_t request_number,
+                          std::optional<uint32_t> argument) {
+  struct {
+    uint32_t head;
+    uint32_t argument;
+  } request{0, argument.value_or(0)};
+  static xcb_extension_t extension{"X-Resource", 0};
+  const xcb_protocol_request_t protocol{2, &extension, request_number, 0};
+  // The two entries before the request's own are the library's to use, and the last is for padding.
+  std::array<iovec, 4> parts{};
+  parts[2] = {&request, argument ? sizeof request : sizeof request.head};
+  const unsigned int sequence = xcb_send_request(connection, XCB_REQUEST_CHECKED, &parts[2], &protocol);
+  return Reply<void>(xcb_wait_for_reply(connection, sequence, nullptr));
+}
 }  // namespace
 
 XClient::XClient(const std::string& display) : connection_(xcb_connect(display.c_str(), nullptr)) {
@@ -178,6 +199,35 @@ bool XClient::wait_for_manager() {
   return answered;
 }
 
+bool XClient::wait_for_owner(xcb_window_t window) {
+  select_input(root_, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+  xcb_client_message_event_t ping{};
+  ping.response_type = XCB_CLIENT_MESSAGE;
+  ping.format = 32;
+  ping.window = window;
+  ping.type = atom("WM_PROTOCOLS");
+  ping.data.data32[0] = atom("_NET_WM_PING");
+  ping.data.data32[1] = ++pings_;
+  ping.data.data32[2] = window;
+  xcb_send_event(connection_, 0, window, 0, reinterpret_cast<const char*>(&ping));
+  sync();
+  const auto is_answer = [&](const xcb_generic_event_t& event) {
+    if ((event.response_type & 0x7f) != XCB_CLIENT_MESSAGE)
+      return false;
+    const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+    return message.type == ping.type && message.data.data32[0] == ping.data.data32[0] &&
+           message.data.data32[1] == ping.data.data32[1];
+  };
+  return wait_until(
+      [&] {
+        bool answered = false;
+        while (const Reply<xcb_generic_event_t> event{poll_event()})
+          answered = answered || is_answer(*event);
+        return answered;
+      },
+      {descriptor()});
+}
+
 void XClient::send_to_manager(xcb_window_t window, std::string_view type, uint32_t value) {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;
@@ -214,6 +264,19 @@ std::optional<uint32_t> XClient::pixel(xcb_window_t window, int x, int y) {
   uint32_t value = 0;
   std::memcpy(&value, xcb_get_image_data(reply.get()), sizeof value);
   return value & 0x00ffffff;
+}
+
+std::vector<uint32_t> XClient::pixels(xcb_window_t window, int width, int height) {
+  const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0,
+                                    static_cast<uint16_t>(width), static_cast<uint16_t>(height), ~0U);
+  const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection_, cookie, nullptr));
+  if (!reply)
+    return {};
+  std::vector<uint32_t> result(static_cast<size_t>(xcb_get_image_data_length(reply.get())) / 4);
+  std::memcpy(result.data(), xcb_get_image_data(reply.get()), result.size() * 4);
+  for (uint32_t& pixel : result)
+    pixel |= 0xff000000;
+  return result;
 }
 
 xcb_window_t XClient::focused() {
@@ -282,32 +345,23 @@ bool XClient::has_window_manager() {
   return !property(root_, "_NET_SUPPORTING_WM_CHECK").empty();
 }
 
+uint32_t XClient::client_count() {
+  constexpr uint8_t query_clients = 1;
+  const Reply<void> reply = ask_for_books(connection_, query_clients, {});
+  return reply ? static_cast<const BooksAnswer*>(reply.get())->count : 0;
+}
+
 std::map<std::string, uint32_t> XClient::resources_of_client(uint32_t resource) {
-  // The server's own books, by type: QueryClientResources of the X-Resource extension. The library fills in
-  // the opcodes and the length.
-  struct {
-    uint32_t head = 0;
-    uint32_t resource;
-  } request{.resource = resource};
   constexpr uint8_t query_client_resources = 2;
-  struct Answer {
-    uint32_t head, length, count, unused[5];
-  };
   struct Count {
     xcb_atom_t type;
     uint32_t count;
   };
-  static xcb_extension_t extension{"X-Resource", 0};
-  const xcb_protocol_request_t protocol{2, &extension, query_client_resources, 0};
-  // The two entries before the request's own are the library's to use, and the last is for padding.
-  std::array<iovec, 4> parts{};
-  parts[2] = {&request, sizeof request};
-  const unsigned int sequence = xcb_send_request(connection_, XCB_REQUEST_CHECKED, &parts[2], &protocol);
-  const Reply<void> reply(xcb_wait_for_reply(connection_, sequence, nullptr));
+  const Reply<void> reply = ask_for_books(connection_, query_client_resources, resource);
   std::map<std::string, uint32_t> counts;
   if (!reply)
     return counts;
-  const auto* answer = static_cast<const Answer*>(reply.get());
+  const auto* answer = static_cast<const BooksAnswer*>(reply.get());
   const auto* entries = reinterpret_cast<const Count*>(answer + 1);
   for (uint32_t i = 0; i < answer->count; ++i)
     counts[name_of(entries[i].type)] += entries[i].count;

@@ -52,6 +52,9 @@ class XClient {
   void iconify(xcb_window_t window);
   /// Until the window manager has done all that it was asked for before now.
   bool wait_for_manager();
+  /// Until the program that owns the window has done all that it was sent before now: it is pinged, and its
+  /// answer looked for among the events on the root window. False when it does not answer.
+  bool wait_for_owner(xcb_window_t window);
   void set_property(xcb_window_t window, std::string_view name, xcb_atom_t type, std::string_view text);
   void set_property(xcb_window_t window, std::string_view name, xcb_atom_t type,
                     const std::vector<uint32_t>& words);
@@ -59,6 +62,8 @@ class XClient {
   // Eyes.
   /// Red, green and blue as 0xRRGGBB; none outside or where the window does not show.
   std::optional<uint32_t> pixel(xcb_window_t window, int x, int y);
+  /// All pixels of a window's upper left `width` × `height` as 0xFFRRGGBB, top row first; empty as above.
+  std::vector<uint32_t> pixels(xcb_window_t window, int width, int height);
   xcb_window_t focused();
   bool viewable(xcb_window_t window);
   bool exists(xcb_window_t window);
@@ -72,6 +77,8 @@ class XClient {
   std::string text_property(xcb_window_t window, std::string_view name);
   std::vector<uint32_t> property(xcb_window_t window, std::string_view name);
   bool has_window_manager();
+  /// How many clients the server has, this one among them.
+  uint32_t client_count();
   /// How many resources of each type the client has that owns `resource`, by the type's name.
   std::map<std::string, uint32_t> resources_of_client(uint32_t resource);
   /// The next event that this client selected; null when none has come.
@@ -85,6 +92,7 @@ class XClient {
 
   xcb_connection_t* connection_;
   xcb_window_t root_ = 0;
+  uint32_t pings_ = 0;
 };
 
 }  // namespace test_support
