@@ -1,11 +1,19 @@
 #include "windows/headless.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "foundation/NSLog.h"
 
 namespace cocoa {
+
+namespace {
+std::array<std::optional<std::string>, 2>& offered_texts() {
+  static std::array<std::optional<std::string>, 2> texts;
+  return texts;
+}
+}  // namespace
 
 HeadlessWindowSystem::HeadlessWindowSystem(const Clock& clock, double scale, NSSize screen_size)
     : clock_(clock), default_scale_(scale), screen_size_(screen_size) {}
@@ -24,7 +32,9 @@ std::unique_ptr<PlatformWindow> HeadlessWindowSystem::makeWindow(const WindowOpt
 }
 
 bool HeadlessWindowSystem::dispatch() {
-  const bool any = !queue_.empty();
+  const bool any = hasQueued();
+  for (const TextRequest& request : std::exchange(requests_, {}))
+    request.use(offeredText(request.pasteboard));
   while (!queue_.empty()) {
     const Posted posted = std::move(queue_.front());
     queue_.pop_front();
@@ -32,6 +42,22 @@ bool HeadlessWindowSystem::dispatch() {
       posted.deliver(*window);
   }
   return any;
+}
+
+void HeadlessWindowSystem::offerText(Pasteboard pasteboard, std::string text) {
+  offered_texts()[static_cast<size_t>(pasteboard)] = std::move(text);
+}
+
+void HeadlessWindowSystem::requestText(Pasteboard pasteboard, UseText use) {
+  requests_.push_back({pasteboard, std::move(use)});
+}
+
+std::optional<std::string> HeadlessWindowSystem::offeredText(Pasteboard pasteboard) {
+  return offered_texts()[static_cast<size_t>(pasteboard)];
+}
+
+void HeadlessWindowSystem::clearPasteboards() {
+  offered_texts() = {};
 }
 
 HeadlessWindow* HeadlessWindowSystem::newestWindow() const {

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -35,6 +36,14 @@ class HeadlessWindowSystem : public WindowSystem {
   int descriptor() const override { return -1; }
   bool connected() const override { return connected_; }
   double defaultScale() const override { return default_scale_; }
+  /// All headless window systems of the process are programs beside each other that share the pasteboards.
+  void offerText(Pasteboard pasteboard, std::string text) override;
+  void requestText(Pasteboard pasteboard, UseText use) override;
+
+  /// What is offered; none when nobody does.
+  static std::optional<std::string> offeredText(Pasteboard pasteboard);
+  /// Whoever offered texts has gone.
+  static void clearPasteboards();
 
   void setDefaultScale(double scale) { default_scale_ = scale; }
   NSSize screenSize() const { return screen_size_; }
@@ -52,7 +61,7 @@ class HeadlessWindowSystem : public WindowSystem {
   };
   void setDelivery(Delivery delivery) { delivery_ = delivery; }
   /// Whether something waits for dispatch().
-  bool hasQueued() const { return !queue_.empty(); }
+  bool hasQueued() const { return !queue_.empty() || !requests_.empty(); }
 
   /// The user goes to another program: no window is key any more.
   void loseKey();
@@ -82,6 +91,11 @@ class HeadlessWindowSystem : public WindowSystem {
   NSSize screen_size_;
   std::vector<HeadlessWindow*> windows_;
   std::deque<Posted> queue_;
+  struct TextRequest {
+    Pasteboard pasteboard;
+    UseText use;
+  };
+  std::deque<TextRequest> requests_;
   Delivery delivery_ = Delivery::queued;
   HeadlessWindow* key_window_ = nullptr;
   uint64_t last_handle_ = 0;
@@ -99,6 +113,7 @@ class HeadlessWindow : public PlatformWindow {
   void hide() override;
   bool viewable() const override { return shown_ && !obscured_ && !gone_; }
   void makeKey() override;
+  void giveUpKey() override { postGivingKeyBack(); }
   bool isKey() const override { return system_.key_window_ == this; }
   void setTitle(std::string_view title) override { options_.title = title; }
   void setFrame(NSRect frame) override;

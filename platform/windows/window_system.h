@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -120,6 +122,8 @@ class PlatformWindow {
   /// Whether somebody may see it. Windows that nobody sees are not drawn.
   virtual bool viewable() const = 0;
   virtual void makeKey() = 0;
+  /// Gives the keys back to who had them before, when this window is key.
+  virtual void giveUpKey() = 0;
   virtual bool isKey() const = 0;
   virtual void setTitle(std::string_view title) = 0;
   virtual void setFrame(NSRect frame) = 0;
@@ -140,6 +144,12 @@ class PlatformWindow {
   virtual uint64_t nativeHandle() const = 0;
 };
 
+/// Where texts are left for others to take.
+enum class Pasteboard {
+  copied,    ///< by Copy and Cut, for Paste
+  selected,  ///< by being selected, for the middle button
+};
+
 class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
@@ -154,6 +164,14 @@ class WindowSystem {
   virtual bool connected() const = 0;
   /// The scale of new windows.
   virtual double defaultScale() const = 0;
+
+  /// Offers UTF-8 text to every program, this one included, until somebody offers another.
+  virtual void offerText(Pasteboard pasteboard, std::string text) = 0;
+  /// Calls `use` once from a later dispatch() with what is offered, as it comes: others' bytes need not be
+  /// UTF-8. None when nobody offers text, when it is too much for a field, or when its owner does not answer
+  /// in time; never when the window system goes before.
+  using UseText = std::function<void(std::optional<std::string> text)>;
+  virtual void requestText(Pasteboard pasteboard, UseText use) = 0;
 };
 
 }  // namespace cocoa

@@ -18,6 +18,10 @@ struct NamedAtom {
 
 constexpr std::array named_atoms{
     NamedAtom{&X11Atoms::utf8_string, "UTF8_STRING"},
+    NamedAtom{&X11Atoms::utf8_text, "text/plain;charset=utf-8"},
+    NamedAtom{&X11Atoms::clipboard, "CLIPBOARD"},
+    NamedAtom{&X11Atoms::targets, "TARGETS"},
+    NamedAtom{&X11Atoms::timestamp, "TIMESTAMP"},
     NamedAtom{&X11Atoms::wm_protocols, "WM_PROTOCOLS"},
     NamedAtom{&X11Atoms::wm_delete_window, "WM_DELETE_WINDOW"},
     NamedAtom{&X11Atoms::wm_state, "WM_STATE"},

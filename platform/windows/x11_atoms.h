@@ -7,6 +7,10 @@ namespace cocoa {
 /// The server's numbers for the names that window managers, hosts and we agree on.
 struct X11Atoms {
   xcb_atom_t utf8_string = 0;
+  xcb_atom_t utf8_text = 0;  ///< the same by its other name
+  xcb_atom_t clipboard = 0;
+  xcb_atom_t targets = 0;
+  xcb_atom_t timestamp = 0;
   xcb_atom_t wm_protocols = 0;
   xcb_atom_t wm_delete_window = 0;
   xcb_atom_t wm_state = 0;

@@ -27,6 +27,7 @@ X11WindowSystem::X11WindowSystem(std::unique_ptr<X11Connection> connection, cons
     : connection_(std::move(connection)),
       keyboard_(*connection_),
       devices_(*connection_, options.xinput),
+      pasteboards_(*connection_),
       scale_(options.scale > 0 ? options.scale
                                : scale_of_resources(connection_->rootProperty(XCB_ATOM_RESOURCE_MANAGER))),
       screen_height_(connection_->screen().height_in_pixels) {
@@ -46,6 +47,15 @@ X11WindowSystem::~X11WindowSystem() = default;
 std::unique_ptr<PlatformWindow> X11WindowSystem::makeWindow(const WindowOptions& options,
                                                             PlatformWindowDelegate& delegate) {
   return X11Window::make(*this, options, delegate);
+}
+
+void X11WindowSystem::offerText(Pasteboard pasteboard, std::string text) {
+  if (connected_)
+    pasteboards_.offer(pasteboard, std::move(text), last_time_);
+}
+
+void X11WindowSystem::requestText(Pasteboard pasteboard, UseText use) {
+  pasteboards_.request(pasteboard, std::move(use), last_time_, Clock::system().now());
 }
 
 void X11WindowSystem::remove(const X11Window& window) {
@@ -82,7 +92,9 @@ bool X11WindowSystem::dispatch() {
   if (!connected_)
     return false;
   connection_->beginDispatch();
-  bool any = connection_->collectReplies();
+  // Before the events: an answer that comes too late must not be taken for a timely one.
+  bool any = pasteboards_.tellUnanswered(Clock::system().now());
+  any = connection_->collectReplies() || any;
   while (const auto event = connection_->nextEvent()) {
     any = true;
     handle(*event);
@@ -114,7 +126,7 @@ void X11WindowSystem::handle(const xcb_generic_event_t& event) {
   if (handlePointing(event))
     return;
   flushMotion();
-  if (!handleExtension(event) && !handleStructure(event))
+  if (!handleExtension(event) && !handleStructure(event) && !pasteboards_.handle(event))
     handleOther(event);
 }
 

@@ -13,6 +13,7 @@
 #include "windows/x11.h"
 #include "windows/x11_connection.h"
 #include "windows/x11_keyboard.h"
+#include "windows/x11_pasteboards.h"
 #include "windows/x11_pointer.h"
 #include "windows/x11_window.h"
 
@@ -30,6 +31,8 @@ class X11WindowSystem : public WindowSystem {
   int descriptor() const override { return connection_->descriptor(); }
   bool connected() const override { return connected_; }
   double defaultScale() const override { return scale_; }
+  void offerText(Pasteboard pasteboard, std::string text) override;
+  void requestText(Pasteboard pasteboard, UseText use) override;
 
   X11Connection& connection() { return *connection_; }
   X11Keyboard& keyboard() { return keyboard_; }
@@ -64,6 +67,7 @@ class X11WindowSystem : public WindowSystem {
   std::unique_ptr<X11Connection> connection_;
   X11Keyboard keyboard_;
   X11PointingDevices devices_;
+  X11Pasteboards pasteboards_;
   std::map<xcb_window_t, X11Window*> windows_;
   double scale_;
   int screen_height_;

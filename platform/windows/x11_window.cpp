@@ -261,6 +261,13 @@ void X11Window::makeKey() {
   connection_.flush();
 }
 
+void X11Window::giveUpKey() {
+  if (gone_)
+    return;
+  giveKeyBack();
+  connection_.flush();
+}
+
 void X11Window::takeKey() {
   if (managed_) {
     ask_to_activate(connection_, id_);

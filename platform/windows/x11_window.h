@@ -31,6 +31,7 @@ class X11Window : public PlatformWindow {
   void hide() override;
   bool viewable() const override;
   void makeKey() override;
+  void giveUpKey() override;
   bool isKey() const override { return is_key_; }
   void setTitle(std::string_view title) override;
   void setFrame(NSRect frame) override;
