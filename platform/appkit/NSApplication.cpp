@@ -2,13 +2,18 @@
 
 #include "appkit/NSBox.h"
 #include "appkit/NSColor.h"
+#include "appkit/NSFont.h"
+#include "appkit/NSTextField.h"
 #include "appkit/NSView.h"
 #include "foundation/NSClass.h"
+#include "foundation/NSNumberFormatter.h"
 
 namespace cocoa {
 
 void NSApplicationLoad() {
-  static const Class* const classes[] = {&NSBox::class_, &NSColor::class_, &NSView::class_};
+  static const Class* const classes[] = {
+      &NSBox::class_,       &NSColor::class_,         &NSFont::class_, &NSNumberFormatter::class_,
+      &NSTextField::class_, &NSTextFieldCell::class_, &NSView::class_};
   NSRegisterClasses(classes);
 }
 

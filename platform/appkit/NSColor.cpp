@@ -3,12 +3,15 @@
 #include <cmath>
 
 #include "appkit/NSGraphicsContext.h"
+#include "foundation/InterfaceDecoder.h"
 #include "foundation/NSCoder.h"
 
 namespace cocoa {
 
-const Class NSColor::class_ = {
-    .name = "NSColor", .superclass = &NSObject::class_, .initWithCoder = &NSColor::initWithCoder};
+const Class NSColor::class_ = {.name = "NSColor",
+                               .superclass = &NSObject::class_,
+                               .initWithInterface = &NSColor::initWithInterface,
+                               .initWithCoder = &NSColor::initWithCoder};
 
 namespace {
 
@@ -129,6 +132,23 @@ Ref<NSObject> NSColor::initWithCoder(NSCoder& coder) {
   }
   return make<NSColor>(space, static_cast<CGFloat>(values[0]), static_cast<CGFloat>(values[1]),
                        static_cast<CGFloat>(values[2]), static_cast<CGFloat>(values[3]));
+}
+
+Ref<NSObject> NSColor::initWithInterface(InterfaceDecoder& decoder) {
+  static constexpr std::string_view names[] = {"calibratedRGB", "deviceRGB", "calibratedWhite",
+                                               "deviceWhite"};
+  static constexpr Space spaces[] = {Space::calibrated_rgb, Space::device_rgb, Space::calibrated_white,
+                                     Space::device_white};
+  const Space space = spaces[decoder.choice("colorSpace", names, 0)];
+  const auto number = [&decoder](const char* name, double if_absent) {
+    return static_cast<CGFloat>(decoder.number(name, if_absent));
+  };
+  const CGFloat alpha = number("alpha", 1);
+  if (is_white(space)) {
+    const CGFloat white = number("white", 0);
+    return make<NSColor>(space, white, white, white, alpha);
+  }
+  return make<NSColor>(space, number("red", 0), number("green", 0), number("blue", 0), alpha);
 }
 
 }  // namespace cocoa

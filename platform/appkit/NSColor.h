@@ -42,6 +42,8 @@ class NSColor : public NSObject {
   /// Makes it the fill and stroke colour of the current context.
   void set() const;
 
+  /// Of an interface file: RGB or white, device or calibrated.
+  static Ref<NSObject> initWithInterface(InterfaceDecoder& decoder);
   void encodeWithCoder(NSCoder& coder) const override;
   /// Reads kinds 1 to 4; null for any other colour and for components that are not finite.
   static Ref<NSObject> initWithCoder(NSCoder& coder);

@@ -10,6 +10,8 @@ class NSFont : public NSObject {
   static const Class class_;
   const Class& isa() const override { return class_; }
   NSFont(CGFloat size, bool bold) : size_(size), bold_(bold) {}
+  /// Reads size and face of a metaFont; 13, 11 and 9 points for the named sizes.
+  explicit NSFont(InterfaceDecoder& decoder);
 
   /// `size` in points; 0 or less is the standard size, 13.
   static Ref<NSFont> systemFontOfSize(CGFloat size);

@@ -11,6 +11,10 @@ void pass_on(const NSResponder& from, NSEvent* event, void (NSResponder::*messag
 }
 }  // namespace
 
+void NSResponder::cancelOperation(NSObject* sender) {
+  if (NSResponder* next = nextResponder())
+    next->cancelOperation(sender);
+}
 void NSResponder::mouseDown(NSEvent* event) {
   pass_on(*this, event, &NSResponder::mouseDown);
 }

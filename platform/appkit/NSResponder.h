@@ -25,6 +25,11 @@ class NSResponder : public NSObject {
   /// Whether the object agrees to receive, or to give up, the keys.
   virtual bool becomeFirstResponder() { return true; }
   virtual bool resignFirstResponder() { return true; }
+  /// To the first responder of a window that starts, or stops, receiving keys.
+  virtual void becomeKeyWindow() {}
+  virtual void resignKeyWindow() {}
+  /// The user wants out of what is going on here: Escape. Goes on to the next responder.
+  virtual void cancelOperation(NSObject* sender);
 
   /// Who gets what this object does not handle; not retained.
   virtual NSResponder* nextResponder() const { return nullptr; }

@@ -113,6 +113,8 @@ bool NSWindow::realize() {
   platform_ = system->makeWindow(options, *this);
   if (!platform_)
     return false;
+  // The scope that it is shown in does not last.
+  system_ = system;
   before_waiting_ = CFRunLoopGetCurrent()->addBeforeWaiting([this] { displayIfNeeded(); });
   fitContent();
   markAll();
@@ -210,6 +212,40 @@ bool NSWindow::makeFirstResponder(NSResponder* responder) {
   return true;
 }
 
+namespace {
+
+/// The views of a tree that accept the keys, in drawing order.
+void collect_key_views(NSView* view, std::vector<NSView*>& views) {
+  if (view->isHidden())
+    return;
+  if (view->acceptsFirstResponder())
+    views.push_back(view);
+  for (const Ref<NSView>& subview : view->subviews())
+    collect_key_views(subview.get(), views);
+}
+
+}  // namespace
+
+void NSWindow::selectKeyView(bool forward) {
+  std::vector<NSView*> views;
+  collect_key_views(content_view_.get(), views);
+  if (!forward)
+    std::reverse(views.begin(), views.end());
+  if (views.empty())
+    return;
+  const auto current = std::find(views.begin(), views.end(), first_responder_.get());
+  const bool starts_over = current == views.end() || current + 1 == views.end();
+  makeFirstResponder(starts_over ? views.front() : *(current + 1));
+}
+
+void NSWindow::selectNextKeyView(NSObject*) {
+  selectKeyView(true);
+}
+
+void NSWindow::selectPreviousKeyView(NSObject*) {
+  selectKeyView(false);
+}
+
 /// A view that leaves its window has no more claim on the keys and on a drag.
 void NSWindow::viewLeft(NSView* view) {
   if (pressed_view_.get() == view)
@@ -248,6 +284,7 @@ void NSWindow::mouseEvent(NSEvent* event) {
     return;
   switch (event->type()) {
     case WindowEventType::mouse_down:
+      takeKeyFromChildren();
       if (!left)
         return view->rightMouseDown(event);
       pressed_view_ = WeakRef<NSView>(view.get());
@@ -267,6 +304,19 @@ void NSWindow::mouseEvent(NSEvent* event) {
       return view->scrollWheel(event);
     default:
       return;
+  }
+}
+
+/// A click beside a child window that has the keys ends what is typed there. Nobody else may notice: a click
+/// in an embedded window moves no keys, and neither does one where no window manager runs.
+void NSWindow::takeKeyFromChildren() {
+  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_)) {
+    child->takeKeyFromChildren();
+    if (!child->key_)
+      continue;
+    child->resignKey();
+    if (child->platform_)
+      child->platform_->giveUpKey();
   }
 }
 
@@ -295,6 +345,11 @@ void NSWindow::windowBecameKey() {
     return;
   key_ = true;
   const Ref<NSWindow> self(this);
+  const NSView* initial = initial_first_responder_.get();
+  if (!first_responder_ && initial && initial->window() == this)
+    makeFirstResponder(initial_first_responder_.get());
+  if (const Ref<NSResponder> responder = first_responder_.get())
+    responder->becomeKeyWindow();
   if (delegate_)
     delegate_->windowDidBecomeKey(this);
 }
@@ -309,6 +364,8 @@ void NSWindow::resignKey() {
   key_ = false;
   // The delegate may let go of the window when it loses the keys.
   const Ref<NSWindow> self(this);
+  if (const Ref<NSResponder> responder = first_responder_.get())
+    responder->resignKeyWindow();
   if (delegate_)
     delegate_->windowDidResignKey(this);
 }

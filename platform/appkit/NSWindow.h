@@ -95,6 +95,14 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   bool makeFirstResponder(NSResponder* responder);
   NSResponder* firstResponder() const { return first_responder_.get(); }
+  /// Who becomes the first responder when the window becomes key and has none; not retained.
+  void setInitialFirstResponder(NSView* view) { initial_first_responder_ = WeakRef<NSView>(view); }
+  /// Gives the keys to the next view in drawing order that accepts them, round and round.
+  void selectNextKeyView(NSObject* sender);
+  void selectPreviousKeyView(NSObject* sender);
+
+  /// What shows the window, or would; null for none.
+  WindowSystem* windowSystem() const;
 
   /// Device pixels a point of the content.
   double backingScaleFactor() const { return platform_ ? platform_->scale() * fit_ : 1.0; }
@@ -120,7 +128,8 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void mouseEvent(NSEvent* event);
   void resignKey();
   bool realize();
-  WindowSystem* windowSystem() const;
+  void selectKeyView(bool forward);
+  void takeKeyFromChildren();
   void viewLeft(NSView* view);
   struct PixelSize {
     int width;
@@ -144,6 +153,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   std::vector<Ref<NSWindow>> children_;
   WeakRef<NSView> pressed_view_;
   WeakRef<NSResponder> first_responder_;
+  WeakRef<NSView> initial_first_responder_;
   bool opaque_ = true;
   bool has_shadow_ = true;
   bool visible_ = false;

@@ -1,6 +1,8 @@
 #include "quartz/text.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include "quartz/context.h"
 #include "quartz/text_layout.h"
@@ -98,6 +100,50 @@ CGSize text_size(std::string_view utf8, const TextStyle& style) {
   for (const TextLine& line : layout.lines())
     size.width = std::max(size.width, static_cast<CGFloat>(line.width));
   return size;
+}
+
+namespace {
+
+PangoLayoutLine* unwrapped_line(std::string_view utf8, TextStyle style) {
+  style.alignment = TextAlignment::left;
+  return text_layout(utf8, style, -1).lines().front().line;
+}
+
+CGFloat points(int pango_units) {
+  return static_cast<CGFloat>(pango_units) / PANGO_SCALE;
+}
+
+}  // namespace
+
+CGFloat text_caret_position(std::string_view utf8, const TextStyle& style, size_t offset) {
+  int x = 0;
+  pango_layout_line_index_to_x(unwrapped_line(utf8, style), static_cast<int>(offset), FALSE, &x);
+  return points(x);
+}
+
+size_t text_offset_at(std::string_view utf8, const TextStyle& style, CGFloat position) {
+  constexpr CGFloat farthest = 1e6;
+  int index = 0;
+  int trailing = 0;
+  const CGFloat x = std::clamp<CGFloat>(position, -farthest, farthest) * PANGO_SCALE;
+  pango_layout_line_x_to_index(unwrapped_line(utf8, style), static_cast<int>(x), &index, &trailing);
+  // `trailing` counts characters: the caret goes behind all that the reader sees as one.
+  const char* place = utf8.data() + index;
+  while (trailing-- > 0)
+    place = g_utf8_next_char(place);
+  return static_cast<size_t>(place - utf8.data());
+}
+
+std::vector<TextSpan> text_spans(std::string_view utf8, const TextStyle& style, size_t start, size_t end) {
+  int* ranges = nullptr;
+  int count = 0;
+  pango_layout_line_get_x_ranges(unwrapped_line(utf8, style), static_cast<int>(start), static_cast<int>(end),
+                                 &ranges, &count);
+  const std::unique_ptr<int, decltype(&g_free)> owned(ranges, &g_free);
+  std::vector<TextSpan> spans;
+  for (int i = 0; i < count; ++i)
+    spans.push_back({points(ranges[2 * i]), points(ranges[2 * i + 1])});
+  return spans;
 }
 
 }  // namespace cocoa

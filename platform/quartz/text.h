@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "quartz/CGContext.h"
 #include "quartz/CGGeometry.h"
@@ -46,5 +47,18 @@ void CGContextDrawText(CGContextRef context, CGRect rect, std::string_view utf8,
 
 /// What the text needs without wrapping, in points: the width of its widest line, the height of all lines.
 CGSize text_size(std::string_view utf8, const TextStyle& style);
+
+// Places in valid text of one line that is not wrapped: offsets in bytes, positions in points from its left.
+
+/// Where a caret stands before the character at an offset, or behind the last.
+CGFloat text_caret_position(std::string_view utf8, const TextStyle& style, size_t offset);
+/// The offset at which the caret stands nearest to a position.
+size_t text_offset_at(std::string_view utf8, const TextStyle& style, CGFloat position);
+struct TextSpan {
+  CGFloat left = 0;
+  CGFloat right = 0;
+};
+/// What lies between two offsets; several pieces where the direction of writing changes.
+std::vector<TextSpan> text_spans(std::string_view utf8, const TextStyle& style, size_t start, size_t end);
 
 }  // namespace cocoa
