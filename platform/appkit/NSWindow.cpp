@@ -65,7 +65,7 @@ void NSWindow::setFrame_display(NSRect frame, bool display) {
   if (resized)
     content_view_->setFrameSize(frame.size);
   if (platform_)
-    platform_->setFrame(frame);
+    platform_->setFrame(frameOnScreen());
   if (resized)
     markAll();
   for (const Ref<NSWindow>& child : children_) {
@@ -99,10 +99,10 @@ bool NSWindow::realize() {
   if (!system)
     return false;
   WindowOptions options;
-  options.frame = frame_;
+  options.parent = parent_ && parent_->realize() ? parent_->platform_.get() : nullptr;
+  options.frame = frameOnScreen();
   options.title = title_;
   options.host_window = host_window_;
-  options.parent = parent_ && parent_->realize() ? parent_->platform_.get() : nullptr;
   if (host_window_ != 0) {
     options.kind = WindowKind::embedded;
   } else if ((style_mask_ & NSTitledWindowMask) == 0) {
@@ -143,9 +143,18 @@ void NSWindow::orderOut(NSObject*) {
   visible_ = false;
   if (platform_)
     platform_->hide();
-  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_))
+  orderOutChildren();
+  resignKeyWindow();
+}
+
+/// Children lie on the screen by themselves and would stay there alone.
+void NSWindow::orderOutChildren() {
+  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_)) {
     child->orderOut(nullptr);
-  resignKey();
+    // Given up by its delegate, it may wait for a pool that drains after the window system has gone.
+    if (!child->parent_)
+      child->platform_.reset();
+  }
 }
 
 void NSWindow::performClose(NSObject*) {
@@ -212,40 +221,6 @@ bool NSWindow::makeFirstResponder(NSResponder* responder) {
   return true;
 }
 
-namespace {
-
-/// The views of a tree that accept the keys, in drawing order.
-void collect_key_views(NSView* view, std::vector<NSView*>& views) {
-  if (view->isHidden())
-    return;
-  if (view->acceptsFirstResponder())
-    views.push_back(view);
-  for (const Ref<NSView>& subview : view->subviews())
-    collect_key_views(subview.get(), views);
-}
-
-}  // namespace
-
-void NSWindow::selectKeyView(bool forward) {
-  std::vector<NSView*> views;
-  collect_key_views(content_view_.get(), views);
-  if (!forward)
-    std::reverse(views.begin(), views.end());
-  if (views.empty())
-    return;
-  const auto current = std::find(views.begin(), views.end(), first_responder_.get());
-  const bool starts_over = current == views.end() || current + 1 == views.end();
-  makeFirstResponder(starts_over ? views.front() : *(current + 1));
-}
-
-void NSWindow::selectNextKeyView(NSObject*) {
-  selectKeyView(true);
-}
-
-void NSWindow::selectPreviousKeyView(NSObject*) {
-  selectKeyView(false);
-}
-
 /// A view that leaves its window has no more claim on the keys and on a drag.
 void NSWindow::viewLeft(NSView* view) {
   if (pressed_view_.get() == view)
@@ -274,17 +249,22 @@ void NSWindow::windowReceived(const WindowEvent& event) {
 }
 
 void NSWindow::mouseEvent(NSEvent* event) {
+  if (event->type() == WindowEventType::mouse_down)
+    takeKeyFromChildren();
   const bool left = event->buttonNumber() == 0;
   const bool held =
       event->type() == WindowEventType::mouse_dragged || event->type() == WindowEventType::mouse_up;
   // What was pressed gets the drag and the release, wherever the pointer has gone.
   const Ref<NSView> view(held && left ? pressed_view_.get()
                                       : content_view_->hitTest(event->locationInWindow()));
-  if (!view)
+  if (!view) {
+    // The room around the content for its shadow belongs to what is behind it.
+    if (event->type() == WindowEventType::mouse_down && castsShadow())
+      giveUpKey();
     return;
+  }
   switch (event->type()) {
     case WindowEventType::mouse_down:
-      takeKeyFromChildren();
       if (!left)
         return view->rightMouseDown(event);
       pressed_view_ = WeakRef<NSView>(view.get());
@@ -307,22 +287,9 @@ void NSWindow::mouseEvent(NSEvent* event) {
   }
 }
 
-/// A click beside a child window that has the keys ends what is typed there. Nobody else may notice: a click
-/// in an embedded window moves no keys, and neither does one where no window manager runs.
-void NSWindow::takeKeyFromChildren() {
-  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_)) {
-    child->takeKeyFromChildren();
-    if (!child->key_)
-      continue;
-    child->resignKey();
-    if (child->platform_)
-      child->platform_->giveUpKey();
-  }
-}
-
 void NSWindow::windowMustRedraw() {
   const NSRect frame = platform_->frame();
-  if (scales_to_fit_) {
+  if (scales_to_fit_ || followsParent() || castsShadow()) {
     fitContent();
   } else if (frame.size != frame_.size) {
     frame_ = frame;
@@ -332,42 +299,15 @@ void NSWindow::windowMustRedraw() {
 }
 
 void NSWindow::windowMoved() {
+  // A child has been put there by its parent's move.
+  if (followsParent())
+    return;
   const NSPoint origin = platform_->frame().origin;
   const NSPoint moved = {origin.x - frame_.origin.x, origin.y - frame_.origin.y};
   frame_.origin = origin;
   for (const Ref<NSWindow>& child : children_) {
     child->setFrame_display(NSOffsetRect(child->frame_, moved.x, moved.y), false);
   }
-}
-
-void NSWindow::windowBecameKey() {
-  if (key_)
-    return;
-  key_ = true;
-  const Ref<NSWindow> self(this);
-  const NSView* initial = initial_first_responder_.get();
-  if (!first_responder_ && initial && initial->window() == this)
-    makeFirstResponder(initial_first_responder_.get());
-  if (const Ref<NSResponder> responder = first_responder_.get())
-    responder->becomeKeyWindow();
-  if (delegate_)
-    delegate_->windowDidBecomeKey(this);
-}
-
-void NSWindow::windowResignedKey() {
-  resignKey();
-}
-
-void NSWindow::resignKey() {
-  if (!key_)
-    return;
-  key_ = false;
-  // The delegate may let go of the window when it loses the keys.
-  const Ref<NSWindow> self(this);
-  if (const Ref<NSResponder> responder = first_responder_.get())
-    responder->resignKeyWindow();
-  if (delegate_)
-    delegate_->windowDidResignKey(this);
 }
 
 void NSWindow::windowShouldClose() {
@@ -377,7 +317,8 @@ void NSWindow::windowShouldClose() {
 void NSWindow::windowGone() {
   const Ref<NSWindow> self(this);
   visible_ = false;
-  resignKey();
+  orderOutChildren();
+  resignKeyWindow();
   if (delegate_)
     delegate_->windowWillClose(this);
 }

@@ -62,6 +62,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   void setOpaque(bool opaque) { opaque_ = opaque; }
   bool isOpaque() const { return opaque_; }
+  /// Shown around borderless windows that are not opaque.
   void setHasShadow(bool has_shadow) { has_shadow_ = has_shadow; }
   bool hasShadow() const { return has_shadow_; }
   void setLevel(int level) { level_ = level; }
@@ -78,13 +79,19 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// Borderless windows take no keys unless a subclass says so.
   virtual bool canBecomeKeyWindow() const { return style_mask_ != NSBorderlessWindowMask; }
   void makeKeyAndOrderFront(NSObject* sender);
+  /// Gives the keys back to who had them before, as a click elsewhere does.
+  void giveUpKey();
+  /// The window has, or no longer has, the keys: tells the first responder, then the delegate.
+  void becomeKeyWindow() override;
+  void resignKeyWindow() override;
   void orderFront(NSObject* sender);
   void orderOut(NSObject* sender);
   /// As the close button does: asks the delegate first.
   void performClose(NSObject* sender);
   void close();
 
-  /// A child is retained, shown with its parent, moves with it and stays above it.
+  /// A child is retained, shown with its parent, moves with it and stays above it. A borderless child lies
+  /// in its parent's points: it is as much larger than they are as the parent's content is drawn.
   void addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode place);
   void removeChildWindow(NSWindow* child);
   NSWindow* parentWindow() const { return parent_; }
@@ -112,6 +119,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   /// Marks a rectangle of the content for drawing on this turn.
   void setNeedsDisplayInRect(NSRect rect);
+  /// Draws what the window shows, its shadow and its child windows included, into a context whose origin is
+  /// the content's.
+  void drawWithChildren(CGContextRef context);
   /// Draws what is marked now, if the window is seen.
   void displayIfNeeded();
 
@@ -126,7 +136,11 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void windowGone() override;
 
   void mouseEvent(NSEvent* event);
-  void resignKey();
+  bool followsParent() const;
+  bool castsShadow() const { return has_shadow_ && !opaque_ && style_mask_ == NSBorderlessWindowMask; }
+  NSRect frameOnScreen() const;
+  void followParent();
+  void orderOutChildren();
   bool realize();
   void selectKeyView(bool forward);
   void takeKeyFromChildren();
@@ -141,6 +155,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   WindowEvent inContent(WindowEvent event) const;
   CGContextRef contextFor(const Pixels& pixels);
   void draw(CGContextRef context, const Pixels& pixels, const PixelRect& rect);
+  void drawContent(CGContextRef context, NSRect damaged);
 
   NSRect frame_;
   unsigned style_mask_;

@@ -15,6 +15,21 @@ constexpr CGFloat background_grey = CGFloat(0.93);
 /// What shows around a content of other proportions than its window.
 constexpr CGFloat surroundings_grey = CGFloat(0.2);
 
+// Of windows, in points: as if lit from above.
+constexpr CGFloat shadow_blur = 8;
+constexpr CGFloat shadow_drop = 3;
+constexpr CGFloat shadow_alpha = 0.75;
+constexpr CGFloat shadow_room = shadow_blur + shadow_drop;
+
+void set_shadow(CGContextRef context) {
+  CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
+  constexpr CGFloat components[] = {0, 0, 0, shadow_alpha};
+  CGColorRef black = CGColorCreate(space, components);
+  CGContextSetShadowWithColor(context, {0, -shadow_drop}, shadow_blur, black);
+  CGColorRelease(black);
+  CGColorSpaceRelease(space);
+}
+
 }  // namespace
 
 void NSWindow::setContentScalesToFit() {
@@ -23,10 +38,46 @@ void NSWindow::setContentScalesToFit() {
   markAll();
 }
 
-/// Makes the content as large as the window allows and puts it into the middle.
-void NSWindow::fitContent() {
-  if (!platform_ || !scales_to_fit_)
+bool NSWindow::followsParent() const {
+  return parent_ && parent_->platform_ && style_mask_ == NSBorderlessWindowMask;
+}
+
+/// Where the window system is to put the window, with the room for its shadow. A borderless child goes by
+/// where its parent really is: a host moves its window without telling the one inside, and scales it.
+NSRect NSWindow::frameOnScreen() const {
+  const CGFloat room = castsShadow() ? shadow_room : 0;
+  const NSRect frame = NSInsetRect(frame_, -room, -room);
+  if (!followsParent())
+    return frame;
+  const NSPoint parent = parent_->platform_->screenFrame().origin;
+  const auto fit = static_cast<CGFloat>(parent_->fit_);
+  const CGFloat x = frame.origin.x - parent_->frame_.origin.x + parent_->fit_origin_.x;
+  const CGFloat y = frame.origin.y - parent_->frame_.origin.y + parent_->fit_origin_.y;
+  return {{parent.x + x * fit, parent.y + y * fit}, {frame.size.width * fit, frame.size.height * fit}};
+}
+
+/// The parent is somewhere else, or draws its content in another size.
+void NSWindow::followParent() {
+  if (!platform_ || !followsParent())
     return;
+  platform_->setFrame(frameOnScreen());
+  fitContent();
+  markAll();
+  for (const Ref<NSWindow>& child : children_)
+    child->followParent();
+}
+
+/// Makes the content as large as the window allows and puts it into the middle; that of a child as large as
+/// its parent's.
+void NSWindow::fitContent() {
+  if (!platform_)
+    return;
+  if (!scales_to_fit_) {
+    const CGFloat room = castsShadow() ? shadow_room : 0;
+    fit_ = followsParent() ? parent_->fit_ : 1;
+    fit_origin_ = {room, room};
+    return;
+  }
   const NSSize given = platform_->frame().size;
   const NSSize content = frame_.size;
   if (NSIsEmptyRect({{}, given}) || NSIsEmptyRect({{}, content}))
@@ -34,11 +85,13 @@ void NSWindow::fitContent() {
   const CGFloat fit = std::min(given.width / content.width, given.height / content.height);
   fit_ = static_cast<double>(fit);
   fit_origin_ = {(given.width / fit - content.width) / 2, (given.height / fit - content.height) / 2};
+  for (const Ref<NSWindow>& child : children_)
+    child->followParent();
 }
 
 /// An event of the window system in points of the content.
 WindowEvent NSWindow::inContent(WindowEvent event) const {
-  if (!scales_to_fit_)
+  if (fit_ == 1 && fit_origin_ == NSPoint{})
     return event;
   const auto fit = static_cast<CGFloat>(fit_);
   event.location = {event.location.x / fit - fit_origin_.x, event.location.y / fit - fit_origin_.y};
@@ -83,6 +136,9 @@ void NSWindow::displayIfNeeded() {
   CGContextRef context = contextFor(pixels);
   if (!context)
     return;
+  // All of the content shapes every part of its shadow.
+  if (castsShadow())
+    markAll();
   // What views mark while they draw is for the next turn.
   const Damage drawn = std::exchange(damage_, Damage());
   for (const PixelRect& rect : drawn.rects())
@@ -119,9 +175,34 @@ void NSWindow::draw(CGContextRef context, const Pixels& pixels, const PixelRect&
     CGContextFillRect(context, damaged);
   }
   CGContextTranslateCTM(context, fit_origin_.x, fit_origin_.y);
-  const NSGraphicsContext::Scope scope(context);
-  content_view_->drawTree(NSOffsetRect(damaged, -fit_origin_.x, -fit_origin_.y));
+  drawContent(context, NSOffsetRect(damaged, -fit_origin_.x, -fit_origin_.y));
   CGContextRestoreGState(context);
+}
+
+void NSWindow::drawContent(CGContextRef context, NSRect damaged) {
+  const NSGraphicsContext::Scope scope(context);
+  if (castsShadow()) {
+    set_shadow(context);
+    CGContextBeginTransparencyLayer(context, nullptr);
+  }
+  content_view_->drawTree(damaged);
+  if (castsShadow())
+    CGContextEndTransparencyLayer(context);
+}
+
+void NSWindow::drawWithChildren(CGContextRef context) {
+  CGContextSaveGState(context);
+  drawContent(context, content_view_->bounds());
+  CGContextRestoreGState(context);
+  for (const Ref<NSWindow>& child : children_) {
+    if (!child->visible_)
+      continue;
+    CGContextSaveGState(context);
+    CGContextTranslateCTM(context, child->frame_.origin.x - frame_.origin.x,
+                          child->frame_.origin.y - frame_.origin.y);
+    child->drawWithChildren(context);
+    CGContextRestoreGState(context);
+  }
 }
 
 }  // namespace cocoa

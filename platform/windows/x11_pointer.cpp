@@ -97,11 +97,7 @@ X11PointingDevices::X11PointingDevices(X11Connection& connection, bool wanted) :
 void X11PointingDevices::readDevices() {
   xcb_connection_t* c = connection_.get();
   // Selected before they are read, so that no change goes unnoticed in between.
-  const struct {
-    xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
-    uint32_t mask = XCB_INPUT_XI_EVENT_MASK_DEVICE_CHANGED;
-  } changes;
-  xcb_input_xi_select_events(c, connection_.root(), 1, &changes.head);
+  watchAllPresses(false);
   const XcbPtr<xcb_input_xi_query_device_reply_t> reply(
       xcb_input_xi_query_device_reply(c, xcb_input_xi_query_device(c, XCB_INPUT_DEVICE_ALL), nullptr));
   if (!reply)
@@ -111,6 +107,16 @@ void X11PointingDevices::readDevices() {
     const auto axes = axes_of(xcb_input_xi_device_info_classes_iterator(devices.data));
     wheels_.insert_or_assign(devices.data->deviceid, ScrollValuators(axes));
   }
+}
+
+void X11PointingDevices::watchAllPresses(bool watch) const {
+  struct {
+    xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
+    uint32_t mask = XCB_INPUT_XI_EVENT_MASK_DEVICE_CHANGED;
+  } wanted;
+  if (watch)
+    wanted.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
+  xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &wanted.head);
 }
 
 bool X11PointingDevices::sent(const xcb_generic_event_t& event) const {

@@ -42,6 +42,10 @@ class X11PointingDevices {
   /// Has presses, releases and motion over the window told through XInput 2 instead of the core protocol.
   void select(xcb_window_t window) const;
 
+  /// Has presses anywhere on the screen told, as XCB_INPUT_RAW_BUTTON_PRESS, without taking them from
+  /// anybody.
+  void watchAllPresses(bool watch) const;
+
   void handleChange(const xcb_input_device_changed_event_t& event);
   /// How far the event turns the wheel.
   ScrollTurn turnOf(const xcb_input_motion_event_t& event);

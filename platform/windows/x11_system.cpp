@@ -103,6 +103,7 @@ bool X11WindowSystem::dispatch() {
   const double now = Clock::system().now();
   forEachWindow([](X11Window& window) { window.tellDeferred(); });
   forEachWindow([now](X11Window& window) { window.askWhetherHostShows(now); });
+  forEachWindow([now](X11Window& window) { window.askWhetherParentMoved(now); });
   connection_->flush();
   if (connection_->lost()) {
     loseConnection();
@@ -134,6 +135,10 @@ void X11WindowSystem::handleError(const xcb_generic_error_t& error) {
   constexpr uint8_t bad_window = 3;
   constexpr uint8_t bad_match = 8;
   constexpr uint8_t bad_drawable = 9;
+  if (error.major_code == XCB_SET_INPUT_FOCUS && error.full_sequence == key_given_.sequence &&
+      key_given_.otherwise != XCB_WINDOW_NONE) {
+    giveKeyTo(std::exchange(key_given_.otherwise, XCB_WINDOW_NONE), XCB_WINDOW_NONE, XCB_CURRENT_TIME);
+  }
   // Windows are destroyed and hidden by others while our requests are on their way.
   const bool too_late = error.error_code == bad_window || error.error_code == bad_drawable ||
                         (error.error_code == bad_match && error.major_code == XCB_SET_INPUT_FOCUS);
@@ -181,7 +186,44 @@ bool X11WindowSystem::handlePointing(const xcb_generic_event_t& event) {
   }
 }
 
+void X11WindowSystem::popupKeyChanged() {
+  if (!devices_.usable())
+    return;
+  bool wanted = false;
+  forEachWindow([&wanted](const X11Window& window) { wanted = wanted || window.isPopupWithKey(); });
+  if (std::exchange(watches_presses_, wanted) != wanted)
+    devices_.watchAllPresses(wanted);
+}
+
+void X11WindowSystem::giveKeyTo(xcb_window_t window, xcb_window_t otherwise, xcb_timestamp_t time) {
+  const auto cookie = xcb_set_input_focus(connection_->get(), XCB_INPUT_FOCUS_PARENT, window, time);
+  key_given_ = {cookie.sequence, otherwise};
+}
+
+void X11WindowSystem::handlePressAnywhere(const xcb_input_raw_button_press_event_t& press) {
+  if (turn_of_button(press.detail))
+    return;
+  // Raw events have no position.
+  const xcb_timestamp_t time = press.time;
+  const unsigned int sequence = xcb_query_pointer(connection_->get(), connection_->root()).sequence;
+  connection_->expect(sequence, [this, time](const void* reply) {
+    const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
+    if (!pointer)
+      return;
+    bool inside = false;
+    forEachWindow([&](const X11Window& window) {
+      inside = inside || (window.isPopup() && window.covers(pointer->root_x, pointer->root_y));
+    });
+    if (!inside)
+      forEachWindow([time](X11Window& window) { window.handlePressOutside(time); });
+  });
+}
+
 void X11WindowSystem::handleXInput(const xcb_ge_generic_event_t& event) {
+  if (event.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
+    handlePressAnywhere(reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event));
+    return;
+  }
   if (event.event_type == XCB_INPUT_DEVICE_CHANGED) {
     devices_.handleChange(reinterpret_cast<const xcb_input_device_changed_event_t&>(event));
     return;

@@ -46,6 +46,10 @@ class X11WindowSystem : public WindowSystem {
   void remove(const X11Window& window);
   /// Null when the window has been destroyed or is gone: to be asked again after every call of an owner.
   X11Window* find(xcb_window_t id) const;
+  /// A popup has, or no longer has, the keys: presses outside of it matter, or no longer do.
+  void popupKeyChanged();
+  /// Gives the keys to a window, or to another one if the server refuses: windows go and hide at any time.
+  void giveKeyTo(xcb_window_t window, xcb_window_t otherwise, xcb_timestamp_t time);
   /// Calls `use` with every window that there is by the time of its turn.
   void forEachWindow(const std::function<void(X11Window&)>& use);
 
@@ -61,6 +65,7 @@ class X11WindowSystem : public WindowSystem {
   void handlePress(const X11Pointer& pointer, bool down);
   void handleMotion(const X11Pointer& pointer);
   void handleTurn(const X11Pointer& pointer, ScrollTurn turn);
+  void handlePressAnywhere(const xcb_input_raw_button_press_event_t& press);
   void flushMotion();
   void loseConnection();
 
@@ -75,6 +80,11 @@ class X11WindowSystem : public WindowSystem {
   uint8_t shm_first_event_ = 0;
   bool shares_memory_ = false;
   bool connected_ = true;
+  bool watches_presses_ = false;
+  struct {
+    uint32_t sequence = 0;
+    xcb_window_t otherwise = XCB_WINDOW_NONE;
+  } key_given_;                       ///< by the last request of giveKeyTo()
   std::optional<X11Pointer> motion_;  ///< the last of a row of motions, not yet told
   xcb_timestamp_t last_time_ = 0;
   int64_t milliseconds_ = 0;  ///< last_time_ without wrapping

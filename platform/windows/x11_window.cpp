@@ -113,6 +113,8 @@ X11Window::~X11Window() {
     giveKeyBack();
     xcb_destroy_window(connection_.get(), id_);
   }
+  if (isPopup())
+    system_.popupKeyChanged();
   surface_.reset();
   connection_.flush();
 }
@@ -276,6 +278,8 @@ void X11Window::takeKey() {
   xcb_connection_t* c = connection_.get();
   selectKeys(true);
   asked_for_key_ = true;
+  if (isPopup())
+    system_.popupKeyChanged();
   const unsigned int sequence = xcb_get_input_focus(c).sequence;
   connection_.expect(sequence, [&system = system_, id = id_](const void* reply) {
     X11Window* window = system.find(id);
@@ -289,18 +293,17 @@ void X11Window::takeKey() {
   xcb_set_input_focus(c, XCB_INPUT_FOCUS_PARENT, id_, XCB_CURRENT_TIME);
 }
 
-void X11Window::giveKeyBack() {
+void X11Window::giveKeyBack(xcb_timestamp_t time) {
   if (!is_key_ && !asked_for_key_)
     return;
   asked_for_key_ = false;
   if (managed_)
     return;
-  xcb_window_t next = key_before_;
-  if (const X11Window* parent = system_.find(parent_); parent && next == XCB_WINDOW_NONE)
-    next = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
-  if (next == XCB_WINDOW_NONE)
-    next = XCB_INPUT_FOCUS_POINTER_ROOT;
-  xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_PARENT, next, XCB_CURRENT_TIME);
+  xcb_window_t parent_or_host = XCB_INPUT_FOCUS_POINTER_ROOT;
+  if (const X11Window* parent = system_.find(parent_))
+    parent_or_host = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
+  const xcb_window_t next = key_before_ == XCB_WINDOW_NONE ? parent_or_host : key_before_;
+  system_.giveKeyTo(next, parent_or_host, time);
 }
 
 void X11Window::selectKeys(bool wanted) {

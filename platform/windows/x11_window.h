@@ -65,12 +65,23 @@ class X11Window : public PlatformWindow {
   void handleCrossing(const X11Pointer& pointer, bool in);
   /// `parent` shows something new in `damage`, by its device pixels, that may show through this window.
   void handleNewsBelow(const X11Window& parent, std::span<const PixelRect> damage);
+  bool isPopup() const { return kind_ == WindowKind::popup; }
+  /// Whether it has the keys or is about to.
+  bool isPopupWithKey() const { return isPopup() && (is_key_ || asked_for_key_); }
+  /// A place on the screen, in device pixels.
+  bool covers(int x, int y) const {
+    return shown_ && x >= x_ && y >= y_ && x < x_ + width_ && y < y_ + height_;
+  }
+  /// The user has pressed a button where no popup is: a popup with the keys loses them.
+  void handlePressOutside(xcb_timestamp_t time);
   /// The window no longer exists.
   void handleGone();
   /// The window that it lies in, the screen or the host's, has another height.
   void parentHasHeight(int height);
   /// Asks whether the host's windows show; the answer comes with a later dispatch.
   void askWhetherHostShows(double now);
+  /// Asks where the embedded window is that this popup lies over: the server tells nobody when a host moves.
+  void askWhetherParentMoved(double now);
   /// Tells what could not be told from inside a call.
   void tellDeferred();
 
@@ -87,7 +98,8 @@ class X11Window : public PlatformWindow {
   /// Has the parent's pixels show through from where it is now, if nobody else sees to it.
   void lieOverParent();
   void takeKey();
-  void giveKeyBack();
+  void giveKeyBack(xcb_timestamp_t time = XCB_CURRENT_TIME);
+  void askForScreenPlace(double now);
   void releaseHeldButtons();
   void askForPosition();
   void setPosition(int x, int y);
@@ -127,6 +139,8 @@ class X11Window : public PlatformWindow {
   bool asked_host_ = false;
   double host_asked_at_ = 0;
   bool gone_ = false;
+  bool asked_place_ = false;
+  double place_asked_at_ = 0;
   bool is_key_ = false;
   bool wants_key_ = false;  ///< as soon as it is mapped
   bool asked_for_key_ = false;

@@ -143,6 +143,8 @@ void X11Window::handleFocus(const xcb_focus_in_event_t& event, bool has_it) {
     return;
   is_key_ = has_it;
   asked_for_key_ = false;
+  if (isPopup())
+    system_.popupKeyChanged();
   if (has_it) {
     delegate_.windowBecameKey();
     return;
@@ -150,6 +152,18 @@ void X11Window::handleFocus(const xcb_focus_in_event_t& event, bool has_it) {
   key_before_ = XCB_WINDOW_NONE;
   selectKeys(false);
   system_.keyboard().forgetHeldKeys();
+  delegate_.windowResignedKey();
+}
+
+void X11Window::handlePressOutside(xcb_timestamp_t time) {
+  if (!isPopupWithKey())
+    return;
+  // Just before the press: whoever gives the keys to what was pressed shall have the last word.
+  giveKeyBack(time - 1);
+  is_key_ = false;
+  key_before_ = XCB_WINDOW_NONE;
+  system_.keyboard().forgetHeldKeys();
+  system_.popupKeyChanged();
   delegate_.windowResignedKey();
 }
 
@@ -293,6 +307,36 @@ void X11Window::askWhetherHostShows(double now) {
       window->host_shows_ =
           static_cast<const xcb_get_window_attributes_reply_t*>(reply)->map_state == XCB_MAP_STATE_VIEWABLE;
     }
+  });
+}
+
+void X11Window::askWhetherParentMoved(double now) {
+  if (!isPopup() || !shown_)
+    return;
+  X11Window* parent = system_.find(parent_);
+  if (parent && parent->kind_ == WindowKind::embedded)
+    parent->askForScreenPlace(now);
+}
+
+void X11Window::askForScreenPlace(double now) {
+  constexpr double interval = 1.0 / 60;
+  if (asked_place_ || now - place_asked_at_ < interval)
+    return;
+  asked_place_ = true;
+  place_asked_at_ = now;
+  const unsigned int sequence =
+      xcb_translate_coordinates(connection_.get(), id_, connection_.root(), 0, 0).sequence;
+  connection_.expect(sequence, [&system = system_, id = id_](const void* reply) {
+    X11Window* window = system.find(id);
+    if (!window)
+      return;
+    window->asked_place_ = false;
+    const auto* origin = static_cast<const xcb_translate_coordinates_reply_t*>(reply);
+    if (!origin || (origin->dst_x == window->screen_x_ && origin->dst_y == window->screen_y_))
+      return;
+    window->screen_x_ = origin->dst_x;
+    window->screen_y_ = origin->dst_y;
+    window->delegate_.windowMoved();
   });
 }
 
