@@ -31,6 +31,7 @@ constexpr Outlet outlets[] = {
      FieldOutlet<&KVOndexView::_vibrato_left_oscillator_response_view>::set},
     {"_vibrato_right_oscillator_response_view",
      FieldOutlet<&KVOndexView::_vibrato_right_oscillator_response_view>::set},
+    {"_text_entry_popup_view", FieldOutlet<&KVOndexView::_text_entry_popup_view>::set},
     {"_effect_box", FieldOutlet<&KVOndexView::_effect_box>::set},
 };
 
@@ -143,6 +144,7 @@ void KVOndexView::configure_readout(const ParameterDescription& parameter, NSCol
   view->set_selection_callback_onObject(selected_selector, this);
   view->set_description(make<NSString>(parameter.name).get());
   view->set_selected(parameter.initially_selected);
+  view->set_pop_up_view(_text_entry_popup_view);
 }
 
 void KVOndexView::setAU(AudioUnit unit) {

@@ -8,6 +8,7 @@
 #include "drawing/KV_Ondex_Label_View.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
+#include "parameter_control/KV_Ondex_Pop_Up_View.h"
 #include "response_graph/KV_FM_Oscillator_Response_View.h"
 
 namespace ondex {
@@ -69,6 +70,8 @@ class KVOndexView : public cocoa::NSView {
   KV_Ondex_Parameter_Control_View* _tremolo_right_fm_mod_index_parameter = nullptr;
   KV_FM_Oscillator_Response_View* _vibrato_left_oscillator_response_view = nullptr;
   KV_FM_Oscillator_Response_View* _vibrato_right_oscillator_response_view = nullptr;
+  /// The panel that all readouts share, and own.
+  KV_Ondex_Pop_Up_View* _text_entry_popup_view = nullptr;
   cocoa::AudioUnit mAU = nullptr;
   cocoa::AUEventListenerRef mAUEventListener = nullptr;
   cocoa::NSBox* _effect_box = nullptr;

@@ -15,6 +15,7 @@ std::span<const cocoa::Class* const> bundle_classes() {
       &KV_Ondex_Button_View::class_,
       &KV_Ondex_Label_View::class_,
       &KV_Ondex_Parameter_Control_View::class_,
+      &KV_Ondex_Pop_Up_View::class_,
   };
   return classes;
 }

@@ -6,6 +6,7 @@
 #include "appkit/NSFont.h"
 #include "drawing/capsule.h"
 #include "drawing/text_attributes.h"
+#include "quartz/CGWindowLevel.h"
 #include "scale_type/scale_type.h"
 
 namespace ondex {
@@ -20,7 +21,6 @@ constexpr double drag_gain = 0.005;   // of the span, a point
 constexpr double wheel_gain = 0.002;  // of the span, a unit
 constexpr double cross_axis_weight = 0.1;
 constexpr int pop_up_click_count = 2;
-constexpr int floating_window_level = 3;
 
 constexpr SEL done_editing_action("pop_up_done_editing:");
 constexpr Action readout_actions[] = {
@@ -195,7 +195,9 @@ void KV_Ondex_Parameter_Control_View::open_pop_up() {
     _pop_up_window->setDelegate(nullptr);
   _pop_up_window = make<KV_Ondex_Pop_Up_Window>(content_rect, NSBorderlessWindowMask);
   const Ref<KV_Ondex_Pop_Up_Window> opened = _pop_up_window;
-  opened->setLevel(floating_window_level);
+  opened->setOpaque(false);
+  opened->setHasShadow(true);
+  opened->setLevel(CGWindowLevelForKey(kCGFloatingWindowLevelKey));
   opened->setContentView(_pop_up_view.get());
   opened->setDelegate(this);
   editor_window->addChildWindow_ordered(opened.get(), NSWindowAbove);

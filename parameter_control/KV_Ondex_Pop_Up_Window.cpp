@@ -13,4 +13,8 @@ KV_Ondex_Pop_Up_Window::KV_Ondex_Pop_Up_Window(NSRect content_rect, unsigned)
   setHasShadow(true);
 }
 
+void KV_Ondex_Pop_Up_Window::cancelOperation(NSObject*) {
+  giveUpKey();
+}
+
 }  // namespace ondex

@@ -16,6 +16,8 @@ class KV_Ondex_Pop_Up_Window : public cocoa::NSWindow {
 
   /// A borderless window refuses the keyboard by itself, and then nothing could be typed.
   bool canBecomeKeyWindow() const override { return true; }
+  /// Escape cancels as a click elsewhere does: the window gives up the keys.
+  void cancelOperation(cocoa::NSObject* sender) override;
 };
 
 }  // namespace ondex

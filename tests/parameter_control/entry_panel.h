@@ -4,31 +4,27 @@
 
 namespace ondex::test {
 
-/// A numeric-entry panel with a number in place of its field.
+/// The numeric-entry panel with a field as the interface file makes it.
 class EntryPanel : public KV_Ondex_Pop_Up_View {
  public:
-  EntryPanel() : KV_Ondex_Pop_Up_View(cocoa::NSMakeRect(0, 0, 140, 50)) {}
-  void set_callback_onObject(cocoa::SEL selector, cocoa::NSObject* host) override {
-    action = selector;
-    opener = cocoa::WeakRef<cocoa::NSObject>(host);
-  }
-  double current_value() const override { return entry; }
-  void set_current_value(double value) override { entry = static_cast<float>(value); }
-  void set_format_minimum_maximum(float minimum, float maximum) override {
-    lowest = minimum;
-    highest = maximum;
+  EntryPanel() : KV_Ondex_Pop_Up_View(cocoa::NSMakeRect(0, 0, 140, 50)) {
+    formatter->setMaximumFractionDigits(9);
+    formatter->setLenient(true);
+    field->setFormatter(formatter.get());
+    field->setTarget_action(this, cocoa::SEL("done_editing:"));
+    addSubview(field.get());
+    _entry_field = field.get();
   }
   /// As the user who types a number and presses Return.
   void finish(double number) {
-    set_current_value(number);
-    opener.get()->performSelector_withObject(action, this);
+    field->setDoubleValue(number);
+    done_editing(field.get());
   }
+  cocoa::SEL action() const { return _callback_selector; }
+  cocoa::NSObject* opener() const { return _callback_host.get(); }
 
-  cocoa::SEL action;
-  cocoa::WeakRef<cocoa::NSObject> opener;
-  float entry = -1;
-  float lowest = -1;
-  float highest = -1;
+  cocoa::Ref<cocoa::NSNumberFormatter> formatter = cocoa::make<cocoa::NSNumberFormatter>();
+  cocoa::Ref<cocoa::NSTextField> field = cocoa::make<cocoa::NSTextField>(cocoa::NSMakeRect(10, 10, 120, 30));
 };
 
 }  // namespace ondex::test

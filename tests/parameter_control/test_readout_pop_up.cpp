@@ -61,10 +61,10 @@ TEST_F(ReadoutPopUp, TheOpenPanelMovesWithTheEditorsWindow) {
 TEST_F(ReadoutPopUp, ThePanelIsGivenValueBoundsAndTheReadoutToTell) {
   press(*readout, 2);
   EXPECT_EQ(panel->current_value(), static_cast<double>(1000.1F));
-  EXPECT_EQ(panel->lowest, 20.0F);
-  EXPECT_EQ(panel->highest, 20000.0F);
-  EXPECT_EQ(panel->action, SEL("pop_up_done_editing:"));
-  EXPECT_EQ(panel->opener.get(), readout.get());
+  EXPECT_EQ(panel->formatter->minimum(), 20.0);
+  EXPECT_EQ(panel->formatter->maximum(), 20000.0);
+  EXPECT_EQ(panel->action(), SEL("pop_up_done_editing:"));
+  EXPECT_EQ(panel->opener(), readout.get());
   EXPECT_TRUE(host->edited.empty());
 }
 
@@ -195,7 +195,7 @@ TEST_F(ReadoutPopUp, ThePanelIsRetainedByEachReadoutAndKeepsNone) {
   const WeakRef<Readout> gone(readout.get());
   readout = nullptr;
   EXPECT_FALSE(gone);
-  EXPECT_FALSE(panel->opener);
+  EXPECT_FALSE(panel->opener());
   EXPECT_EQ(panel->retainCount(), 1U);
 }
 

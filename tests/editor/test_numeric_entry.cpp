@@ -1,0 +1,96 @@
+#include "appkit/NSWindow.h"
+#include "editor_fixture.h"
+#include "windows/headless.h"
+
+namespace ondex::test {
+namespace {
+
+using namespace cocoa;
+
+constexpr uint32_t enter_key = 0xff0d;
+
+/// The editor in a window, and a user.
+class NumericEntry : public EditorFixture {
+ protected:
+  NumericEntry() {
+    open();
+    window = make<NSWindow>(NSRect{{120, 120}, editor->frame().size}, NSTitledWindowMask);
+    window->setWindowSystem(&system);
+    window->setContentView(editor.get());
+    window->makeKeyAndOrderFront(nullptr);
+    pass();
+    writes.clear();
+  }
+  ~NumericEntry() override { window = nullptr; }
+  void pass() {
+    const NSAutoreleasePool cycle;
+    system.dispatch();
+    turn();
+  }
+  void open_entry(const KV_Ondex_Parameter_Control_View& readout) {
+    clock.advance(10);
+    for (int click = 0; click < 2; ++click) {
+      system.windows().front()->press(readout.convertPoint_toView({20, 13}, nullptr));
+      system.windows().front()->release();
+    }
+    pass();
+  }
+  NSTextField& field() { return *editor->_text_entry_popup_view->_entry_field; }
+
+  HeadlessWindowSystem system{clock};
+  Ref<NSWindow> window;
+};
+
+TEST_F(NumericEntry, EveryReadoutOpensTheOnePanelOverItself) {
+  for (const auto* readout : readouts()) {
+    SCOPED_TRACE(readout->description()->UTF8String());
+    open_entry(*readout);
+    const NSWindow* panel = editor->_text_entry_popup_view->window();
+    ASSERT_TRUE(panel);
+    const NSPoint corner = readout->convertPoint_toView({0, 0}, nullptr);
+    EXPECT_EQ(panel->frame().origin, (NSPoint{120 + corner.x, 120 + corner.y}));
+    EXPECT_EQ(field().formatter()->minimum(), readout->minimum_value());
+    EXPECT_EQ(field().formatter()->maximum(), readout->maximum_value());
+    EXPECT_EQ(static_cast<double>(field().floatValue()), readout->current_value());
+    system.newestWindow()->key_down(0xff1b, "");
+    pass();
+  }
+  EXPECT_TRUE(writes.empty());
+}
+
+TEST_F(NumericEntry, ATypedNumberReachesEffectKnobAndReadout) {
+  auto* rate = editor->_tremolo_left_rate_parameter;
+  open_entry(*rate);
+  EXPECT_TRUE(rate->is_selected());
+  system.newestWindow()->type("7,5");
+  system.newestWindow()->key_down(enter_key, "");
+  pass();
+  EXPECT_EQ(writes, (std::vector<Write>{{0, 7.5F}}));
+  EXPECT_EQ(rate->current_value(), 7.5);
+  EXPECT_EQ(editor->_knob->current_value(), 7.5);
+  EXPECT_FALSE(editor->_text_entry_popup_view->window());
+}
+
+TEST_F(NumericEntry, TheFieldShowsEveryDigitOfASinglePrecisionValue) {
+  effect.setFromHost(0, 3.3333333F);
+  settle();
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  EXPECT_EQ(field().editedText().selectedText(), "3.3333333");
+}
+
+TEST_F(NumericEntry, TheEditorMayGoWhileThePanelIsOpen) {
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  window->close();
+  window = nullptr;
+  editor = nullptr;
+  pass();
+  EXPECT_TRUE(system.windows().empty());
+}
+
+TEST_F(NumericEntry, TwoEditorsHavePanelsOfTheirOwn) {
+  const auto second = make_editor();
+  EXPECT_NE(second->_text_entry_popup_view, editor->_text_entry_popup_view);
+}
+
+}  // namespace
+}  // namespace ondex::test
