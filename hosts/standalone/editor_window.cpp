@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "appkit/NSApplication.h"
-#include "appkit/NSGraphicsContext.h"
 #include "audio_unit/AUCocoaUIBase.h"
 #include "factory/bundle_classes.h"
 #include "foundation/NSLog.h"
@@ -72,10 +71,7 @@ bool EditorWindow::write_picture(const char* path) {
   const auto height = static_cast<size_t>(std::ceil(static_cast<double>(NSHeight(view->bounds())) * scale));
   std::vector<uint8_t> pixels(width * height * 4);
   CGContextRef context = CGBitmapContextCreateWithScale(pixels.data(), width, height, width * 4, scale);
-  {
-    const NSGraphicsContext::Scope scope(context);
-    window_->contentView()->drawTree(view->bounds());
-  }
+  window_->drawWithChildren(context);
   const bool written = CGBitmapContextWritePNG(context, path);
   CGContextRelease(context);
   return written;

@@ -39,6 +39,17 @@ std::string read_screenshot(std::string_view text, Options& options) {
   return {};
 }
 
+std::string read_show(std::string_view text, Options& options) {
+  constexpr std::string_view pop_up = "popup:";
+  if (!text.starts_with(pop_up))
+    return "--show wants popup:ID, not '" + std::string(text) + "'";
+  unsigned id = 0;
+  if (std::string error = read_parameter_id(text.substr(pop_up.size()), id); !error.empty())
+    return "--show " + std::string(text) + ": " + error;
+  options.entry_of = id;
+  return {};
+}
+
 using Reader = std::string (*)(std::string_view text, Options& options);
 
 Reader reader_of(std::string_view option) {
@@ -48,6 +59,8 @@ Reader reader_of(std::string_view option) {
     return read_scale;
   if (option == "--set")
     return read_change;
+  if (option == "--show")
+    return read_show;
   return nullptr;
 }
 
@@ -69,6 +82,8 @@ std::string read_options(std::span<const char* const> arguments, Options& option
       return "unknown option '" + std::string(argument) + "'; try --help";
     }
   }
+  if (options.entry_of && !options.screenshot && !options.help && !options.version)
+    return "--show goes with --screenshot";
   return {};
 }
 
@@ -77,6 +92,7 @@ std::string help_text() {
 Opens the Ondex editor in a window, bound to an effect instance of its own.
 
   --screenshot FILE.png  render the editor without any display, then exit
+  --show popup:ID        with --screenshot: the numeric entry of that parameter open
   --scale S              device pixels a point, 0.5 to 4 (otherwise the display's)
   --set ID=VALUE         change a parameter as a host does before the first picture;
                          may be given many times

@@ -12,6 +12,7 @@ namespace ondex {
 struct Options {
   std::optional<std::string> screenshot;
   std::optional<double> scale;
+  std::optional<unsigned> entry_of;  ///< the parameter whose numeric entry the picture shows open
   std::vector<ParameterChange> changes;
   bool help = false;
   bool version = false;

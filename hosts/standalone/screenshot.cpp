@@ -1,6 +1,8 @@
 #include "standalone/screenshot.h"
 
 #include "foundation/CFRunLoop.h"
+#include "foundation/NSLog.h"
+#include "parameter_control/KV_Ondex_Parameter_Control_View.h"
 #include "standalone/editor_window.h"
 #include "windows/headless.h"
 
@@ -20,6 +22,37 @@ class PictureClock : public Clock {
   double now_ = 0;
 };
 
+/// The readout of a parameter, in the view or below it; null for none.
+NSView* readout_of(NSView& view, int32_t parameter) {
+  const auto* readout = dynamic_cast<const KV_Ondex_Parameter_Control_View*>(&view);
+  if (readout && readout->parameter_number() == parameter)
+    return &view;
+  for (const Ref<NSView>& subview : view.subviews()) {
+    if (NSView* found = readout_of(*subview, parameter))
+      return found;
+  }
+  return nullptr;
+}
+
+/// Opens the numeric entry as a user does, with a double click; false, after a line in the log, without one.
+bool open_entry(NSWindow& window, HeadlessWindowSystem& system, unsigned parameter) {
+  NSView* readout = readout_of(*window.contentView(), static_cast<int32_t>(parameter));
+  HeadlessWindow* shown = system.newestWindow();
+  if (readout && shown) {
+    const NSRect bounds = readout->bounds();
+    const NSPoint middle = readout->convertPoint_toView({NSMaxX(bounds) / 2, NSMaxY(bounds) / 2}, nullptr);
+    for (int click = 0; click < 2; ++click) {
+      shown->press(middle);
+      shown->release();
+    }
+    system.dispatch();
+  }
+  if (!window.childWindows().empty())
+    return true;
+  NSLog("ondex: the editor has no numeric entry for parameter %u", parameter);
+  return false;
+}
+
 /// Longer than the editor collects changes before it shows them.
 constexpr double until_shown = 0.1;
 
@@ -36,7 +69,8 @@ int run_screenshot(const Options& options) {
     if (editor.open()) {
       clock.advance(until_shown);
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
-      if (editor.write_picture(options.screenshot->c_str()))
+      const bool shows = !options.entry_of || open_entry(*editor.window(), system, *options.entry_of);
+      if (shows && editor.write_picture(options.screenshot->c_str()))
         status = 0;
     }
   }

@@ -37,11 +37,11 @@ TEST_P(ReadmePictures, AreWhatTheProgramDraws) {
   expect_committed_picture(read_picture(file), "docs/pictures/" + wanted.file);
 }
 
-INSTANTIATE_TEST_SUITE_P(OfTheProgram, ReadmePictures,
-                         testing::Values(ReadmePicture{"editor.png", with_sound_set({})}),
-                         [](const auto& test) {
-                           return test.param.file.substr(0, test.param.file.find('.'));
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    OfTheProgram, ReadmePictures,
+    testing::Values(ReadmePicture{"editor.png", with_sound_set({})},
+                    ReadmePicture{"numeric_entry.png", with_sound_set({"--show", "popup:3"})}),
+    [](const auto& test) { return test.param.file.substr(0, test.param.file.find('.')); });
 
 }  // namespace
 }  // namespace ondex::test

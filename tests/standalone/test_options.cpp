@@ -26,6 +26,12 @@ TEST(Options, AreReadInAnyOrder) {
   EXPECT_EQ(options.changes[1].id, 0U);
 }
 
+TEST(Options, AnEntryIsShownOfItsParameter) {
+  Options options;
+  EXPECT_EQ(read({"--show", "popup:4", "--screenshot", "a.png"}, options), "");
+  EXPECT_EQ(options.entry_of, 4U);
+}
+
 TEST(Options, WithoutAnyNothingIsAsked) {
   Options options;
   EXPECT_EQ(read({}, options), "");
@@ -44,12 +50,20 @@ TEST(Options, WhatIsWrongIsSaidInOneLine) {
   EXPECT_EQ(error_of({"--set", "9=1"}), "--set 9=1: no parameter '9': there are 0 to 6");
   EXPECT_EQ(error_of({"--set", "2=2"}), "--set 2=2: 2 is outside the range of parameter 2, 0 to 1");
   EXPECT_EQ(error_of({"--screenshot", ""}), "--screenshot wants the name of a file");
+  EXPECT_EQ(error_of({"--screenshot", "a.png", "--show"}), "--show wants a value");
+  EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "knob"}), "--show wants popup:ID, not 'knob'");
+  EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "popup:7"}),
+            "--show popup:7: no parameter '7': there are 0 to 6");
+  EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "popup:"}),
+            "--show popup:: no parameter '': there are 0 to 6");
+  EXPECT_EQ(error_of({"--show", "popup:2"}), "--show goes with --screenshot");
 }
 
 TEST(Options, HelpNamesEveryOptionAndCommand) {
   const std::string help = help_text();
-  for (const char* name : {"--screenshot", "--scale", "--set", "--help", "--version", "set ID VALUE",
-                           "get ID", "list", "screenshot FILE.png", "quit", "parameter ID VALUE"}) {
+  for (const char* name :
+       {"--screenshot", "--show", "--scale", "--set", "--help", "--version", "set ID VALUE", "get ID", "list",
+        "screenshot FILE.png", "quit", "parameter ID VALUE"}) {
     EXPECT_NE(help.find(name), std::string::npos) << name;
   }
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 
 #include "child_process.h"
 #include "program_copy.h"
@@ -20,6 +22,10 @@ class ProgramTest : public testing::Test {
     return {std::move(arguments), {{"DISPLAY", std::nullopt}, {"XDG_CONFIG_HOME", folder.path().string()}}};
   }
   std::string copied_program() const { return copy_program(ONDEX_PROGRAM, folder.path()); }
+  static std::string contents(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
   std::string picture() const { return (folder.path() / "picture.png").string(); }
 
   TemporaryFolder folder;
@@ -30,6 +36,25 @@ TEST_F(ProgramTest, RendersAPictureWithoutADisplay) {
   EXPECT_EQ(program.wait_for_exit(), 0);
   EXPECT_EQ(program.errors(), "");
   EXPECT_GT(std::filesystem::file_size(picture()), 10000U);
+}
+
+TEST_F(ProgramTest, TheEntryOfEveryParameterCanBeShown) {
+  ChildProcess plain(setup({"--screenshot", picture()}));
+  ASSERT_EQ(plain.wait_for_exit(), 0);
+  std::set<std::string> pictures{contents(picture())};
+  for (const char* entry : {"popup:0", "popup:1", "popup:2", "popup:3", "popup:4", "popup:5", "popup:6"}) {
+    ChildProcess program(setup({"--screenshot", picture(), "--show", entry}));
+    EXPECT_EQ(program.wait_for_exit(), 0);
+    EXPECT_EQ(program.errors(), "");
+    EXPECT_TRUE(pictures.insert(contents(picture())).second) << entry << " looks like another";
+  }
+}
+
+TEST_F(ProgramTest, AnEntryThatIsNoneGivesOneLineAndStatusTwo) {
+  ChildProcess program(setup({"--screenshot", picture(), "--show", "popup:9"}));
+  EXPECT_EQ(program.wait_for_exit(), 2);
+  EXPECT_EQ(program.errors(), "ondex: --show popup:9: no parameter '9': there are 0 to 6\n");
+  EXPECT_FALSE(std::filesystem::exists(picture()));
 }
 
 TEST_F(ProgramTest, APictureThatCannotBeWrittenIsAnError) {
