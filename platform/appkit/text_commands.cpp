@@ -111,7 +111,7 @@ TextCommand named_key(uint32_t keysym, bool shift, bool control) {
 TextCommand text_command_of(uint32_t keysym, uint32_t modifiers, const std::string& characters) {
   const bool shift = (modifiers & modifier_shift) != 0;
   const bool control = (modifiers & modifier_control) != 0;
-  const TextCommand named = named_key(keysym, shift, control);
+  TextCommand named = named_key(keysym, shift, control);
   if (named.kind != Kind::none)
     return named;
   if (control)

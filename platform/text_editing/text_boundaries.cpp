@@ -25,9 +25,10 @@ TextBoundaries::TextBoundaries(std::string_view utf8) {
     const bool is_end = i == 0 || i == characters;
     const bool divides = is_end || attributes[i].is_word_boundary != 0;
     const bool before_word = i < characters && belongs_to_word(g_utf8_get_char(character));
-    if (is_end || attributes[i].is_cursor_position)
+    if (is_end || attributes[i].is_cursor_position) {
       places_.push_back({static_cast<size_t>(character - utf8.data()), divides && before_word,
                          divides && after_word, divides});
+    }
     after_word = before_word;
     if (i < characters)
       character = g_utf8_next_char(character);
