@@ -5,6 +5,7 @@
 #include "appkit/NSFont.h"
 #include "appkit/NSTextField.h"
 #include "appkit/NSView.h"
+#include "appkit/NSWindow.h"
 #include "foundation/NSClass.h"
 #include "foundation/NSNumberFormatter.h"
 
@@ -13,7 +14,7 @@ namespace cocoa {
 void NSApplicationLoad() {
   static const Class* const classes[] = {
       &NSBox::class_,       &NSColor::class_,         &NSFont::class_, &NSNumberFormatter::class_,
-      &NSTextField::class_, &NSTextFieldCell::class_, &NSView::class_};
+      &NSTextField::class_, &NSTextFieldCell::class_, &NSView::class_, &NSWindow::class_};
   NSRegisterClasses(classes);
 }
 

@@ -7,7 +7,10 @@
 
 namespace cocoa {
 
-const Class NSWindow::class_ = {.name = "NSWindow", .superclass = &NSResponder::class_};
+const Class NSWindow::class_ = {
+    .name = "NSWindow",
+    .superclass = &NSResponder::class_,
+    .initWithInterface = [](InterfaceDecoder& decoder) { return Ref<NSObject>(make<NSWindow>(decoder)); }};
 
 namespace {
 
@@ -32,6 +35,11 @@ NSWindow::~NSWindow() {
   before_waiting_.reset();
   if (parent_)
     parent_->removeChildWindow(this);
+  closeServants();
+  while (!servants_.empty())
+    servants_.back()->setServedWindow(nullptr);
+  if (served_)
+    std::erase(served_->servants_, this);
   // A child that goes off the screen may make its delegate remove it.
   for (const Ref<NSWindow>& child : std::exchange(children_, {})) {
     child->orderOut(nullptr);
@@ -86,23 +94,30 @@ void NSWindow::setTitle(std::string_view title) {
 }
 
 WindowSystem* NSWindow::windowSystem() const {
-  if (system_)
-    return system_;
-  return parent_ ? parent_->windowSystem() : current_system;
+  if (system_ || shown_by_)
+    return system_ ? system_ : shown_by_;
+  if (const NSWindow* other = parent_ ? parent_ : served_)
+    return other->windowSystem();
+  return current_system;
 }
 
 /// Makes the window system's window, once.
 bool NSWindow::realize() {
+  if (gone_)
+    leaveWindowSystem();
   if (platform_)
     return true;
   WindowSystem* system = windowSystem();
   if (!system)
     return false;
+  if (served_ && served_->platform_)
+    placeAtServed();
   WindowOptions options;
-  options.parent = parent_ && parent_->realize() ? parent_->platform_.get() : nullptr;
   options.frame = frameOnScreen();
   options.title = title_;
   options.host_window = host_window_;
+  if (NSWindow* above = parent_ ? parent_ : served_; above && above->realize())
+    options.parent = above->platform_.get();
   if (host_window_ != 0) {
     options.kind = WindowKind::embedded;
   } else if ((style_mask_ & NSTitledWindowMask) == 0) {
@@ -113,8 +128,7 @@ bool NSWindow::realize() {
   platform_ = system->makeWindow(options, *this);
   if (!platform_)
     return false;
-  // The scope that it is shown in does not last.
-  system_ = system;
+  shown_by_ = system;
   before_waiting_ = CFRunLoopGetCurrent()->addBeforeWaiting([this] { displayIfNeeded(); });
   fitContent();
   markAll();
@@ -168,6 +182,7 @@ void NSWindow::close() {
   if (delegate_)
     delegate_->windowWillClose(this);
   orderOut(nullptr);
+  closeServants();
   if (released_when_closed_)
     release();
 }
@@ -317,10 +332,12 @@ void NSWindow::windowShouldClose() {
 void NSWindow::windowGone() {
   const Ref<NSWindow> self(this);
   visible_ = false;
+  gone_ = true;
   orderOutChildren();
   resignKeyWindow();
   if (delegate_)
     delegate_->windowWillClose(this);
+  closeServants();
 }
 
 }  // namespace cocoa

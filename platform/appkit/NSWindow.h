@@ -42,7 +42,13 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   /// initWithContentRect:styleMask:. The rectangle is the content's, in the screen.
   NSWindow(NSRect content_rect, unsigned style_mask);
+  /// Of an interface file: contentRect, titled and closable of styleMask, title, releasedWhenClosed and
+  /// visibleAtLaunch, which are YES when absent. A window that is visible at launch shows when it awakes.
+  explicit NSWindow(InterfaceDecoder& decoder);
   ~NSWindow() override;
+  /// Takes the content view.
+  void applyInterface(InterfaceDecoder& decoder) override;
+  void awakeFromNib() override;
 
   void setWindowSystem(WindowSystem* system) { system_ = system; }
   /// Shows the window inside a host's window instead of on the screen. Before it is first ordered in.
@@ -65,10 +71,13 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// Shown around borderless windows that are not opaque.
   void setHasShadow(bool has_shadow) { has_shadow_ = has_shadow; }
   bool hasShadow() const { return has_shadow_; }
+  /// Above 0 (see CGWindowLevelForKey) the window stays over those of other programs. Before it is first
+  /// ordered in.
   void setLevel(int level) { level_ = level; }
   int level() const { return level_; }
   /// Releases the window once when it closes; off at first: owners here hold references.
   void setReleasedWhenClosed(bool released) { released_when_closed_ = released; }
+  bool isReleasedWhenClosed() const { return released_when_closed_; }
 
   /// Not retained.
   void setDelegate(NSWindowDelegate* delegate) { delegate_ = delegate; }
@@ -96,6 +105,14 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void removeChildWindow(NSWindow* child);
   NSWindow* parentWindow() const { return parent_; }
   const std::vector<Ref<NSWindow>>& childWindows() const { return children_; }
+
+  /// Makes the window serve another one, as preferences serve an editor: it is shown by that one's window
+  /// system, first near it, stays above its top-level window, and closes when that one closes or goes.
+  /// Neither retains the other. Null makes it free; a change takes it off the screen.
+  void setServedWindow(NSWindow* served);
+  NSWindow* servedWindow() const { return served_; }
+  /// Those that serve this one, in the order in which they began to.
+  const std::vector<NSWindow*>& servants() const { return servants_; }
 
   NSPoint convertBaseToScreen(NSPoint point) const;
   NSPoint convertScreenToBase(NSPoint point) const;
@@ -125,6 +142,11 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// Draws what is marked now, if the window is seen.
   void displayIfNeeded();
 
+ protected:
+  /// Where the window is put when it is first shown for another one, whose content is at `served` on a screen
+  /// of that size: over its middle.
+  virtual NSPoint originFor(NSRect served, NSSize screen) const;
+
  private:
   friend class NSView;
   void windowReceived(const WindowEvent& event) override;
@@ -144,6 +166,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   bool realize();
   void selectKeyView(bool forward);
   void takeKeyFromChildren();
+  void leaveWindowSystem();
+  void placeAtServed();
+  void closeServants();
   void viewLeft(NSView* view);
   struct PixelSize {
     int width;
@@ -161,11 +186,14 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   unsigned style_mask_;
   std::string title_;
   WindowSystem* system_ = nullptr;
+  WindowSystem* shown_by_ = nullptr;  ///< the scope that it is shown in does not last
   uint64_t host_window_ = 0;
   Ref<NSView> content_view_;
   NSWindowDelegate* delegate_ = nullptr;
   NSWindow* parent_ = nullptr;
   std::vector<Ref<NSWindow>> children_;
+  NSWindow* served_ = nullptr;
+  std::vector<NSWindow*> servants_;
   WeakRef<NSView> pressed_view_;
   WeakRef<NSResponder> first_responder_;
   WeakRef<NSView> initial_first_responder_;
@@ -173,6 +201,8 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   bool has_shadow_ = true;
   bool visible_ = false;
   bool released_when_closed_ = false;
+  bool visible_at_launch_ = false;
+  bool gone_ = false;  ///< the window system's window was destroyed by others
   int level_ = 0;
   bool key_ = false;
   bool scales_to_fit_ = false;

@@ -44,9 +44,9 @@ class HeadlessWindowSystem : public WindowSystem {
   static std::optional<std::string> offeredText(Pasteboard pasteboard);
   /// Whoever offered texts has gone.
   static void clearPasteboards();
+  NSSize screenSize() const override { return screen_size_; }
 
   void setDefaultScale(double scale) { default_scale_ = scale; }
-  NSSize screenSize() const { return screen_size_; }
 
   /// The windows there are, in the order in which they were made.
   const std::vector<HeadlessWindow*>& windows() const { return windows_; }

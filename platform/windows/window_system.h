@@ -172,6 +172,8 @@ class WindowSystem {
   /// in time; never when the window system goes before.
   using UseText = std::function<void(std::optional<std::string> text)>;
   virtual void requestText(Pasteboard pasteboard, UseText use) = 0;
+  /// In points of that scale.
+  virtual NSSize screenSize() const = 0;
 };
 
 }  // namespace cocoa

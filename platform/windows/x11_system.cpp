@@ -30,6 +30,7 @@ X11WindowSystem::X11WindowSystem(std::unique_ptr<X11Connection> connection, cons
       pasteboards_(*connection_),
       scale_(options.scale > 0 ? options.scale
                                : scale_of_resources(connection_->rootProperty(XCB_ATOM_RESOURCE_MANAGER))),
+      screen_width_(connection_->screen().width_in_pixels),
       screen_height_(connection_->screen().height_in_pixels) {
   shares_memory_ = options.shared_memory && server_shares_memory(*connection_);
   if (shares_memory_) {
@@ -56,6 +57,10 @@ void X11WindowSystem::offerText(Pasteboard pasteboard, std::string text) {
 
 void X11WindowSystem::requestText(Pasteboard pasteboard, UseText use) {
   pasteboards_.request(pasteboard, std::move(use), last_time_, Clock::system().now());
+}
+
+NSSize X11WindowSystem::screenSize() const {
+  return {static_cast<CGFloat>(screen_width_ / scale_), static_cast<CGFloat>(screen_height_ / scale_)};
 }
 
 void X11WindowSystem::remove(const X11Window& window) {
@@ -317,8 +322,10 @@ void X11WindowSystem::handleConfigure(const xcb_generic_event_t& event) {
     return;
   }
   const bool is_screen = configure.window == connection_->root();
-  if (is_screen)
+  if (is_screen) {
+    screen_width_ = configure.width;
     screen_height_ = configure.height;
+  }
   forEachWindow([&](X11Window& window) {
     if (is_screen ? window.host() == XCB_WINDOW_NONE : window.host() == configure.window)
       window.parentHasHeight(configure.height);

@@ -33,6 +33,7 @@ class X11WindowSystem : public WindowSystem {
   double defaultScale() const override { return scale_; }
   void offerText(Pasteboard pasteboard, std::string text) override;
   void requestText(Pasteboard pasteboard, UseText use) override;
+  NSSize screenSize() const override;
 
   X11Connection& connection() { return *connection_; }
   X11Keyboard& keyboard() { return keyboard_; }
@@ -75,6 +76,7 @@ class X11WindowSystem : public WindowSystem {
   X11Pasteboards pasteboards_;
   std::map<xcb_window_t, X11Window*> windows_;
   double scale_;
+  int screen_width_;
   int screen_height_;
   uint8_t shm_opcode_ = 0;
   uint8_t shm_first_event_ = 0;
