@@ -2,6 +2,7 @@
 
 #include "appkit/NSBox.h"
 #include "appkit/NSColor.h"
+#include "appkit/NSColorWell.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSTextField.h"
 #include "appkit/NSView.h"
@@ -12,9 +13,15 @@
 namespace cocoa {
 
 void NSApplicationLoad() {
-  static const Class* const classes[] = {
-      &NSBox::class_,       &NSColor::class_,         &NSFont::class_, &NSNumberFormatter::class_,
-      &NSTextField::class_, &NSTextFieldCell::class_, &NSView::class_, &NSWindow::class_};
+  static const Class* const classes[] = {&NSBox::class_,
+                                         &NSColor::class_,
+                                         &NSColorWell::class_,
+                                         &NSFont::class_,
+                                         &NSNumberFormatter::class_,
+                                         &NSTextField::class_,
+                                         &NSTextFieldCell::class_,
+                                         &NSView::class_,
+                                         &NSWindow::class_};
   NSRegisterClasses(classes);
 }
 

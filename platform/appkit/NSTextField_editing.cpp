@@ -184,6 +184,9 @@ void NSTextField::paste(Pasteboard pasteboard) {
 // The mouse
 
 void NSTextField::mouseDown(NSEvent* event) {
+  // A value that was set has ended editing, but not taken the keys away.
+  if (!editing_ && window() && window()->firstResponder() == this)
+    beginEditing();
   if (!editing_)
     return NSView::mouseDown(event);
   const size_t offset = offsetAt(convertPoint_fromView(event->locationInWindow(), nullptr));

@@ -9,7 +9,8 @@
 namespace cocoa {
 
 /// Between numbers and the text in which a user reads and writes them. No locale: a decimal point is written,
-/// and both '.' and ',' are read as one, since the user's habit and the host's locale often differ.
+/// and both '.' and ',' are read as one, since the user's habit and the host's locale often differ. A
+/// subclass may write numbers in its own way.
 class NSNumberFormatter : public NSObject {
  public:
   static const Class class_;
@@ -33,11 +34,11 @@ class NSNumberFormatter : public NSObject {
   /// The shortest digits that mean no other number of that precision, without an exponent, rounded to the
   /// fraction digits. Numbers outside the bounds are shown as they are.
   std::string stringFromNumber(float number) const;
-  std::string stringFromNumber(double number) const;
+  virtual std::string stringFromNumber(double number) const;
   /// The number that is the whole text but for blanks around it: a sign, digits, one decimal point or comma,
   /// an exponent. One too large for a double is its largest. None for any other text, and, unless lenient,
   /// for numbers outside the bounds.
-  std::optional<double> numberFromString(std::string_view text) const;
+  virtual std::optional<double> numberFromString(std::string_view text) const;
 
  private:
   std::optional<double> minimum_;
