@@ -39,10 +39,13 @@ constexpr SEL knob_callback_selector("knob_callback:");
 constexpr SEL value_edited_selector("parameter_view_value_edited:");
 constexpr SEL selected_selector("parameter_view_selected:");
 
+constexpr SEL preferences_selector("do_preferences_panel:");
+
 constexpr Action actions[] = {
     {knob_callback_selector, MethodAction<&KVOndexView::knob_callback>::perform},
     {value_edited_selector, MethodAction<&KVOndexView::parameter_view_value_edited>::perform},
     {selected_selector, MethodAction<&KVOndexView::parameter_view_selected>::perform},
+    {preferences_selector, MethodAction<&KVOndexView::do_preferences_panel>::perform},
     {SEL("menu_callback:"), MethodAction<&KVOndexView::menu_callback>::perform},
 };
 
@@ -91,7 +94,7 @@ void KVOndexView::awakeFromNib() {
   const Ref<NSColor> title_color = device_rgb(0.95, 0.95, 0.95, 0.67);
   const Ref<NSColor> curve_color = device_rgb(0.9, 0.62, 0.5, 0.666);
 
-  _main_title->set_callback_onObject(SEL("do_preferences_panel:"), this);
+  _main_title->set_callback_onObject(preferences_selector, this);
   _main_title->set_colors_for_info(title_color.get());
   _main_title->set_description(make<NSString>("KV Ondex").get());
 
@@ -186,6 +189,12 @@ void KVOndexView::_synchronizeUIWithParameterValues() {
 
 void KVOndexView::viewDidMoveToWindow() {
   window();
+}
+
+void KVOndexView::do_preferences_panel(NSObject*) {
+  if (!_preferences_controller)
+    _preferences_controller = make<KV_Ondex_Preference_Controller>();
+  _preferences_controller->showWindow(this);
 }
 
 KV_Ondex_Parameter_Control_View* KVOndexView::readout(uint32_t parameter) const {

@@ -6,6 +6,7 @@
 #include "audio_unit/AudioUnit.h"
 #include "drawing/KV_Ondex_Button_View.h"
 #include "drawing/KV_Ondex_Label_View.h"
+#include "editor/KV_Ondex_Preference_Controller.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
 #include "parameter_control/KV_Ondex_Pop_Up_View.h"
@@ -45,6 +46,8 @@ class KVOndexView : public cocoa::NSView {
   void parameter_view_value_edited(cocoa::NSObject* sender);
   void parameter_view_selected(cocoa::NSObject* sender);
   void sync_big_knob();
+  /// Shows the window in which the user picks the display colours, this editor's own.
+  void do_preferences_panel(cocoa::NSObject* sender);
   /// An action for interface files to connect; does nothing.
   void menu_callback(cocoa::NSObject* sender);
 
@@ -74,6 +77,8 @@ class KVOndexView : public cocoa::NSView {
   KV_Ondex_Pop_Up_View* _text_entry_popup_view = nullptr;
   cocoa::AudioUnit mAU = nullptr;
   cocoa::AUEventListenerRef mAUEventListener = nullptr;
+  /// Made when it is first needed.
+  cocoa::Ref<KV_Ondex_Preference_Controller> _preferences_controller;
   cocoa::NSBox* _effect_box = nullptr;
 
  private:

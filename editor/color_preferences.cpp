@@ -44,7 +44,13 @@ void synchronize_color_preferences() {
                            kCFPreferencesCurrentHost);
 }
 
+void refresh_color_preferences() {
+  // With nothing to write, synchronising drops what was read.
+  synchronize_color_preferences();
+}
+
 void seed_color_preferences() {
+  refresh_color_preferences();
   const Ref<NSObject> info = stored_value(info_color_preference);
   const Ref<NSObject> readout = stored_value(readout_color_preference);
   if (info && readout)

@@ -27,7 +27,11 @@ cocoa::Ref<cocoa::NSColor> preferred_color(const ColorPreference& preference);
 void store_color(const ColorPreference& preference, const cocoa::NSColor& color);
 void synchronize_color_preferences();
 
-/// Stores both defaults unless both keys are present: one alone is a store that somebody half cleared, and is
+/// Makes the next reading see what other processes have stored meanwhile. What could not be written before is
+/// tried again.
+void refresh_color_preferences();
+
+/// Stores both defaults unless both keys are present in the store as it is now: one alone is a store that somebody half cleared, and is
 /// overwritten too.
 void seed_color_preferences();
 

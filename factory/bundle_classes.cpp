@@ -1,6 +1,7 @@
 #include "factory/bundle_classes.h"
 
 #include "drawing/KV_Ondex_Box.h"
+#include "drawing/KV_Ondex_Panel_View.h"
 #include "factory/KVOndexViewFactory.h"
 
 namespace ondex {
@@ -14,8 +15,10 @@ std::span<const cocoa::Class* const> bundle_classes() {
       &KV_Ondex_Box::class_,
       &KV_Ondex_Button_View::class_,
       &KV_Ondex_Label_View::class_,
+      &KV_Ondex_Panel_View::class_,
       &KV_Ondex_Parameter_Control_View::class_,
       &KV_Ondex_Pop_Up_View::class_,
+      &KV_Ondex_Preference_Controller::class_,
   };
   return classes;
 }
