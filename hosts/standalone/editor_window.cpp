@@ -5,6 +5,7 @@
 
 #include "appkit/NSApplication.h"
 #include "audio_unit/AUCocoaUIBase.h"
+#include "editor/KVOndexView.h"
 #include "factory/bundle_classes.h"
 #include "foundation/NSLog.h"
 #include "quartz/CGBitmapContext.h"
@@ -64,14 +65,31 @@ bool EditorWindow::open() {
   return window_->platformWindow() != nullptr;
 }
 
-bool EditorWindow::write_picture(const char* path) {
-  const NSView* view = window_->contentView();
-  const double scale = window_->backingScaleFactor();
+NSWindow* EditorWindow::open_preferences() {
+  auto* editor = dynamic_cast<KVOndexView*>(window_->contentView());
+  if (!editor)
+    return nullptr;
+  editor->do_preferences_panel(nullptr);
+  return editor->_preferences_controller->window();
+}
+
+NSWindow* EditorWindow::open_colors() {
+  NSWindow* preferences = open_preferences();
+  if (!preferences)
+    return nullptr;
+  const auto* editor = dynamic_cast<KVOndexView*>(window_->contentView());
+  editor->_preferences_controller->_info_color_well->activate();
+  return preferences->servants().empty() ? nullptr : preferences->servants().front();
+}
+
+bool EditorWindow::write_picture(NSWindow& window, const char* path) {
+  const NSView* view = window.contentView();
+  const double scale = window.backingScaleFactor();
   const auto width = static_cast<size_t>(std::ceil(static_cast<double>(NSWidth(view->bounds())) * scale));
   const auto height = static_cast<size_t>(std::ceil(static_cast<double>(NSHeight(view->bounds())) * scale));
   std::vector<uint8_t> pixels(width * height * 4);
   CGContextRef context = CGBitmapContextCreateWithScale(pixels.data(), width, height, width * 4, scale);
-  window_->drawWithChildren(context);
+  window.drawWithChildren(context);
   const bool written = CGBitmapContextWritePNG(context, path);
   CGContextRelease(context);
   return written;

@@ -26,8 +26,13 @@ class EditorWindow {
 
   cocoa::EffectInstance& effect() { return effect_; }
   cocoa::NSWindow* window() { return window_.get(); }
+  /// The preferences window, and its colour panel at work on the first colour, opened as a user does. Null,
+  /// after a line in the log, when there is none.
+  cocoa::NSWindow* open_preferences();
+  cocoa::NSWindow* open_colors();
   /// Writes what the window shows to a PNG file; false, after a line in the log, when that fails.
-  bool write_picture(const char* path);
+  bool write_picture(const char* path) { return write_picture(*window_, path); }
+  static bool write_picture(cocoa::NSWindow& window, const char* path);
 
  private:
   cocoa::WindowSystem& system_;

@@ -41,12 +41,18 @@ std::string read_screenshot(std::string_view text, Options& options) {
 
 std::string read_show(std::string_view text, Options& options) {
   constexpr std::string_view pop_up = "popup:";
-  if (!text.starts_with(pop_up))
-    return "--show wants popup:ID, not '" + std::string(text) + "'";
-  unsigned id = 0;
-  if (std::string error = read_parameter_id(text.substr(pop_up.size()), id); !error.empty())
-    return "--show " + std::string(text) + ": " + error;
-  options.entry_of = id;
+  if (text.starts_with(pop_up)) {
+    options.shown = Shown::entry;
+    const std::string error = read_parameter_id(text.substr(pop_up.size()), options.entry_of);
+    return error.empty() ? error : "--show " + std::string(text) + ": " + error;
+  }
+  if (text == "preferences") {
+    options.shown = Shown::preferences;
+  } else if (text == "colors") {
+    options.shown = Shown::colors;
+  } else {
+    return "--show knows popup:ID, preferences and colors, not '" + std::string(text) + "'";
+  }
   return {};
 }
 
@@ -82,7 +88,7 @@ std::string read_options(std::span<const char* const> arguments, Options& option
       return "unknown option '" + std::string(argument) + "'; try --help";
     }
   }
-  if (options.entry_of && !options.screenshot && !options.help && !options.version)
+  if (options.shown != Shown::editor && !options.screenshot && !options.help && !options.version)
     return "--show goes with --screenshot";
   return {};
 }
@@ -92,7 +98,9 @@ std::string help_text() {
 Opens the Ondex editor in a window, bound to an effect instance of its own.
 
   --screenshot FILE.png  render the editor without any display, then exit
-  --show popup:ID        with --screenshot: the numeric entry of that parameter open
+  --show THING           with --screenshot: popup:ID, the numeric entry of that parameter
+                         open; preferences, the preferences window; or colors, its
+                         colour panel
   --scale S              device pixels a point, 0.5 to 4 (otherwise the display's)
   --set ID=VALUE         change a parameter as a host does before the first picture;
                          may be given many times

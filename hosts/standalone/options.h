@@ -9,10 +9,14 @@
 
 namespace ondex {
 
+/// What --screenshot renders.
+enum class Shown { editor, entry, preferences, colors };
+
 struct Options {
   std::optional<std::string> screenshot;
   std::optional<double> scale;
-  std::optional<unsigned> entry_of;  ///< the parameter whose numeric entry the picture shows open
+  Shown shown = Shown::editor;
+  unsigned entry_of = 0;  ///< the parameter whose numeric entry is shown
   std::vector<ParameterChange> changes;
   bool help = false;
   bool version = false;

@@ -56,6 +56,21 @@ bool open_entry(NSWindow& window, HeadlessWindowSystem& system, unsigned paramet
 /// Longer than the editor collects changes before it shows them.
 constexpr double until_shown = 0.1;
 
+/// Null, after a line in the log, when it cannot be opened.
+NSWindow* shown_window(EditorWindow& editor, HeadlessWindowSystem& system, const Options& options) {
+  switch (options.shown) {
+    case Shown::editor:
+      break;
+    case Shown::entry:
+      return open_entry(*editor.window(), system, options.entry_of) ? editor.window() : nullptr;
+    case Shown::preferences:
+      return editor.open_preferences();
+    case Shown::colors:
+      return editor.open_colors();
+  }
+  return editor.window();
+}
+
 }  // namespace
 
 int run_screenshot(const Options& options) {
@@ -69,8 +84,8 @@ int run_screenshot(const Options& options) {
     if (editor.open()) {
       clock.advance(until_shown);
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
-      const bool shows = !options.entry_of || open_entry(*editor.window(), system, *options.entry_of);
-      if (shows && editor.write_picture(options.screenshot->c_str()))
+      NSWindow* shown = shown_window(editor, system, options);
+      if (shown && EditorWindow::write_picture(*shown, options.screenshot->c_str()))
         status = 0;
     }
   }

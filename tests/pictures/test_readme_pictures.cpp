@@ -40,7 +40,9 @@ TEST_P(ReadmePictures, AreWhatTheProgramDraws) {
 INSTANTIATE_TEST_SUITE_P(
     OfTheProgram, ReadmePictures,
     testing::Values(ReadmePicture{"editor.png", with_sound_set({})},
-                    ReadmePicture{"numeric_entry.png", with_sound_set({"--show", "popup:3"})}),
+                    ReadmePicture{"numeric_entry.png", with_sound_set({"--show", "popup:3"})},
+                    ReadmePicture{"preferences.png", {"--show", "preferences"}},
+                    ReadmePicture{"colors.png", {"--show", "colors"}}),
     [](const auto& test) { return test.param.file.substr(0, test.param.file.find('.')); });
 
 }  // namespace

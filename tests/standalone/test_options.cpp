@@ -29,6 +29,7 @@ TEST(Options, AreReadInAnyOrder) {
 TEST(Options, AnEntryIsShownOfItsParameter) {
   Options options;
   EXPECT_EQ(read({"--show", "popup:4", "--screenshot", "a.png"}, options), "");
+  EXPECT_EQ(options.shown, Shown::entry);
   EXPECT_EQ(options.entry_of, 4U);
 }
 
@@ -37,7 +38,17 @@ TEST(Options, WithoutAnyNothingIsAsked) {
   EXPECT_EQ(read({}, options), "");
   EXPECT_FALSE(options.screenshot);
   EXPECT_FALSE(options.scale);
+  EXPECT_EQ(options.shown, Shown::editor);
   EXPECT_FALSE(options.help);
+}
+
+TEST(Options, APictureMayShowAnotherWindow) {
+  Options options;
+  EXPECT_EQ(read({"--show", "preferences", "--screenshot", "a.png"}, options), "");
+  EXPECT_EQ(options.shown, Shown::preferences);
+  EXPECT_EQ(read({"--screenshot", "a.png", "--show", "colors"}, options), "");
+  EXPECT_EQ(options.shown, Shown::colors);
+  EXPECT_EQ(error_of({"--show", "preferences"}), "--show goes with --screenshot");
 }
 
 TEST(Options, WhatIsWrongIsSaidInOneLine) {
@@ -51,7 +62,8 @@ TEST(Options, WhatIsWrongIsSaidInOneLine) {
   EXPECT_EQ(error_of({"--set", "2=2"}), "--set 2=2: 2 is outside the range of parameter 2, 0 to 1");
   EXPECT_EQ(error_of({"--screenshot", ""}), "--screenshot wants the name of a file");
   EXPECT_EQ(error_of({"--screenshot", "a.png", "--show"}), "--show wants a value");
-  EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "knob"}), "--show wants popup:ID, not 'knob'");
+  EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "knob"}),
+            "--show knows popup:ID, preferences and colors, not 'knob'");
   EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "popup:7"}),
             "--show popup:7: no parameter '7': there are 0 to 6");
   EXPECT_EQ(error_of({"--screenshot", "a.png", "--show", "popup:"}),
