@@ -105,6 +105,7 @@ void HeadlessWindowSystem::remove(HeadlessWindow& window) {
   windows_.erase(std::remove(windows_.begin(), windows_.end(), &window), windows_.end());
   if (key_window_ == &window)
     key_window_ = nullptr;
+  window.releasePointer();
 }
 
 void HeadlessWindowSystem::giveKeyTo(uint64_t window) {

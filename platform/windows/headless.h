@@ -53,6 +53,9 @@ class HeadlessWindowSystem : public WindowSystem {
   /// The window made last that has not gone; null when there is none.
   HeadlessWindow* newestWindow() const;
   HeadlessWindow* keyWindow() const { return key_window_; }
+  /// The window that has grabbed the pointer, to which all that the user does with it over any window goes;
+  /// null without one.
+  HeadlessWindow* pointerOwner() const { return pointer_owner_; }
 
   enum class Delivery {
     queued,   ///< what is injected waits for dispatch(), as it would in a server's queue
@@ -98,6 +101,7 @@ class HeadlessWindowSystem : public WindowSystem {
   std::deque<TextRequest> requests_;
   Delivery delivery_ = Delivery::queued;
   HeadlessWindow* key_window_ = nullptr;
+  HeadlessWindow* pointer_owner_ = nullptr;
   uint64_t last_handle_ = 0;
   bool connected_ = true;
   bool refuses_ = false;
@@ -119,7 +123,10 @@ class HeadlessWindow : public PlatformWindow {
   void setFrame(NSRect frame) override;
   NSRect frame() const override { return options_.frame; }
   NSRect screenFrame() const override;
+  NSRect screenBounds() const override { return {{}, system_.screen_size_}; }
   double scale() const override { return scale_; }
+  void grabPointer() override { system_.pointer_owner_ = this; }
+  void releasePointer() override;
   Pixels pixels() override;
   void present(std::span<const PixelRect> damage) override;
   /// Numbers from 1 on: a window of this kind has one too, so that owners can be told apart.
@@ -175,6 +182,9 @@ class HeadlessWindow : public PlatformWindow {
   friend class HeadlessWindowSystem;
   void post(std::function<void(HeadlessWindow&)> deliver) { system_.post(handle_, std::move(deliver)); }
   void inject(std::function<void(HeadlessWindow&)> deliver) { system_.inject(handle_, std::move(deliver)); }
+  /// The window that is told of the pointer instead of this one, if another has grabbed it; `where` becomes
+  /// the place in that one.
+  HeadlessWindow* pointerThief(NSPoint& where) const;
   PointerSample sampleAt(NSPoint where, uint32_t modifiers) const;
   void postCrossing(const PointerSample& sample);
   void postKey(WindowEventType type, uint32_t keysym, std::string_view characters, uint32_t modifiers,

@@ -41,7 +41,13 @@ void HeadlessWindow::becomeVisible() {
     makeKey();
 }
 
+void HeadlessWindow::releasePointer() {
+  if (system_.pointer_owner_ == this)
+    system_.pointer_owner_ = nullptr;
+}
+
 void HeadlessWindow::hide() {
+  releasePointer();
   wants_to_show_ = wants_key_ = shown_ = false;
   postGivingKeyBack();
   // Nobody will see the buttons come up once the window has gone from under them.
@@ -135,6 +141,16 @@ void HeadlessWindow::losePixels() {
   inject([](HeadlessWindow& window) { window.delegate_.windowMustRedraw(); });
 }
 
+HeadlessWindow* HeadlessWindow::pointerThief(NSPoint& where) const {
+  HeadlessWindow* owner = system_.pointer_owner_;
+  if (!owner || owner == this)
+    return nullptr;
+  const NSPoint here = screenFrame().origin;
+  const NSPoint there = owner->screenFrame().origin;
+  where = {where.x + here.x - there.x, where.y + here.y - there.y};
+  return owner;
+}
+
 PointerSample HeadlessWindow::sampleAt(NSPoint where, uint32_t modifiers) const {
   const NSPoint origin = screenFrame().origin;
   const double now = system_.clock_.now();
@@ -160,13 +176,16 @@ void HeadlessWindow::postCrossing(const PointerSample& sample) {
 }
 
 void HeadlessWindow::move_to(NSPoint where, uint32_t modifiers) {
+  if (HeadlessWindow* thief = pointerThief(where))
+    return thief->move_to(where, modifiers);
   const PointerSample sample = sampleAt(where, modifiers);
   const uint64_t handle = handle_;
   HeadlessWindowSystem& system = system_;
   postCrossing(sample);
   system.inject(handle, [sample](HeadlessWindow& window) {
-    // Without a button held, only the window under the pointer hears of it.
-    if (window.pointer_.inside() || !window.pointer_.held().empty())
+    // Without a button held or a grab, only the window under the pointer hears of it.
+    const bool grabbed = window.system_.pointer_owner_ == &window;
+    if (grabbed || window.pointer_.inside() || !window.pointer_.held().empty())
       window.delegate_.windowReceived(window.pointer_.move(sample));
   });
 }
@@ -176,6 +195,8 @@ void HeadlessWindow::drag_to(NSPoint where, uint32_t modifiers) {
 }
 
 void HeadlessWindow::press(NSPoint where, int button, uint32_t modifiers) {
+  if (HeadlessWindow* thief = pointerThief(where))
+    return thief->press(where, button, modifiers);
   const PointerSample sample = sampleAt(where, modifiers);
   const uint64_t handle = handle_;
   HeadlessWindowSystem& system = system_;
@@ -186,6 +207,11 @@ void HeadlessWindow::press(NSPoint where, int button, uint32_t modifiers) {
 }
 
 void HeadlessWindow::release(int button, uint32_t modifiers) {
+  NSPoint where = pointer_location_;
+  if (HeadlessWindow* thief = pointerThief(where)) {
+    thief->pointer_location_ = where;
+    return thief->release(button, modifiers);
+  }
   const PointerSample sample = sampleAt(pointer_location_, modifiers);
   inject([sample, button](HeadlessWindow& window) {
     if (const auto event = window.pointer_.release(sample, button))
@@ -194,6 +220,11 @@ void HeadlessWindow::release(int button, uint32_t modifiers) {
 }
 
 void HeadlessWindow::scroll(double dx, double dy, uint32_t modifiers) {
+  NSPoint where = pointer_location_;
+  if (HeadlessWindow* thief = pointerThief(where)) {
+    thief->pointer_location_ = where;
+    return thief->scroll(dx, dy, modifiers);
+  }
   const PointerSample sample = sampleAt(pointer_location_, modifiers);
   inject([sample, turn = ScrollTurn{dx, dy}](HeadlessWindow& window) {
     window.delegate_.windowReceived(window.pointer_.scroll(sample, turn));
@@ -283,6 +314,7 @@ void HeadlessWindow::becomeGone() {
   const uint64_t handle = handle_;
   HeadlessWindowSystem& system = system_;
   shown_ = false;
+  releasePointer();
   if (isKey())
     system.giveKeyTo(0);
   // Its owner may have closed it on being told that it is no longer key.

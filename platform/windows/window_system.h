@@ -132,8 +132,16 @@ class PlatformWindow {
   /// Where it is in the screen at this moment: a host moves its window without telling the one embedded in
   /// it. May ask the window system and wait for the answer; for the moment at which a popup opens.
   virtual NSRect screenFrame() const { return frame(); }
+  /// The screen that it is on, in points.
+  virtual NSRect screenBounds() const = 0;
   /// Device pixels a point.
   virtual double scale() const = 0;
+
+  /// From now on all that the pointer does anywhere on the screen is told to this window, which must show:
+  /// for a list that closes when something else is clicked. Ends with releasePointer(), with hide() and with
+  /// the window. Another program may hold the pointer; then nothing happens.
+  virtual void grabPointer() = 0;
+  virtual void releasePointer() = 0;
 
   /// The window's pixels, kept from frame to frame. None while the window system still reads the last frame
   /// (then it calls for another turn of the run loop when it is done) and none for a window without area.

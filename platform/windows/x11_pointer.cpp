@@ -133,6 +133,44 @@ void X11PointingDevices::select(xcb_window_t window) const {
   xcb_input_xi_select_events(connection_.get(), window, 1, &pointing.head);
 }
 
+/// The device that is the pointer for this program.
+xcb_input_device_id_t X11PointingDevices::pointer() const {
+  constexpr xcb_input_device_id_t first_pointer = 2;
+  xcb_connection_t* c = connection_.get();
+  const XcbPtr<xcb_input_xi_get_client_pointer_reply_t> reply(
+      xcb_input_xi_get_client_pointer_reply(c, xcb_input_xi_get_client_pointer(c, XCB_WINDOW_NONE), nullptr));
+  return reply && reply->set ? reply->deviceid : first_pointer;
+}
+
+void X11PointingDevices::grabFor(xcb_window_t window) const {
+  xcb_connection_t* c = connection_.get();
+  unsigned int sequence = 0;
+  // The server refuses to let one protocol take the pointer while a press told through the other lasts.
+  if (usable()) {
+    constexpr uint32_t mask = XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
+                              XCB_INPUT_XI_EVENT_MASK_MOTION;
+    sequence = xcb_input_xi_grab_device(c, window, XCB_CURRENT_TIME, XCB_CURSOR_NONE, pointer(),
+                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, 0, 1, &mask)
+                   .sequence;
+  } else {
+    constexpr uint16_t mask =
+        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
+    sequence = xcb_grab_pointer(c, 0, window, mask, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_WINDOW_NONE,
+                                XCB_CURSOR_NONE, XCB_CURRENT_TIME)
+                   .sequence;
+  }
+  xcb_discard_reply(c, sequence);
+}
+
+void X11PointingDevices::ungrab() const {
+  xcb_connection_t* c = connection_.get();
+  if (usable()) {
+    xcb_input_xi_ungrab_device(c, XCB_CURRENT_TIME, pointer());
+  } else {
+    xcb_ungrab_pointer(c, XCB_CURRENT_TIME);
+  }
+}
+
 void X11PointingDevices::handleChange(const xcb_input_device_changed_event_t& event) {
   forgetPositions();
   const auto axes = axes_of(xcb_input_device_changed_classes_iterator(&event));

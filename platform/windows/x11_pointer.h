@@ -45,6 +45,10 @@ class X11PointingDevices {
   /// Has presses anywhere on the screen told, as XCB_INPUT_RAW_BUTTON_PRESS, without taking them from
   /// anybody.
   void watchAllPresses(bool watch) const;
+  /// Has all that the pointer does on the screen told to the window, in the protocol in which windows are
+  /// told of it here, unless another program holds the pointer. May wait for the server.
+  void grabFor(xcb_window_t window) const;
+  void ungrab() const;
 
   void handleChange(const xcb_input_device_changed_event_t& event);
   /// How far the event turns the wheel.
@@ -54,6 +58,7 @@ class X11PointingDevices {
 
  private:
   void readDevices();
+  xcb_input_device_id_t pointer() const;
 
   X11Connection& connection_;
   uint8_t opcode_ = 0;

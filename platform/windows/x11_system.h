@@ -39,6 +39,7 @@ class X11WindowSystem : public WindowSystem {
   X11Keyboard& keyboard() { return keyboard_; }
   const X11PointingDevices& pointingDevices() const { return devices_; }
   bool sharesMemory() const { return shares_memory_; }
+  int screenWidth() const { return screen_width_; }
   int screenHeight() const { return screen_height_; }
   /// Seconds of an event's time, which unlike it never goes back when the server's counter wraps around.
   double secondsOf(xcb_timestamp_t time);

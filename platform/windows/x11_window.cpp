@@ -109,6 +109,7 @@ X11Window::~X11Window() {
   system_.remove(*this);
   if (!surface_)
     return;
+  releasePointer();
   if (!gone_) {
     giveKeyBack();
     xcb_destroy_window(connection_.get(), id_);
@@ -153,6 +154,12 @@ NSRect X11Window::screenFrame() const {
   }
   const int below = system_.screenHeight() - screen_y_ - height_;
   return {{static_cast<CGFloat>(screen_x_ / scale_), static_cast<CGFloat>(below / scale_)}, size_};
+}
+
+NSRect X11Window::screenBounds() const {
+  return {{},
+          {static_cast<CGFloat>(system_.screenWidth() / scale_),
+           static_cast<CGFloat>(system_.screenHeight() / scale_)}};
 }
 
 void X11Window::setFrame(NSRect frame) {
@@ -217,6 +224,7 @@ void X11Window::show() {
 void X11Window::hide() {
   if (gone_ || !shown_)
     return;
+  releasePointer();
   giveKeyBack();
   shown_ = false;
   wants_key_ = false;
@@ -304,6 +312,21 @@ void X11Window::giveKeyBack(xcb_timestamp_t time) {
     parent_or_host = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
   const xcb_window_t next = key_before_ == XCB_WINDOW_NONE ? parent_or_host : key_before_;
   system_.giveKeyTo(next, parent_or_host, time);
+}
+
+void X11Window::grabPointer() {
+  if (gone_ || !mapped_ || has_pointer_)
+    return;
+  has_pointer_ = true;
+  system_.pointingDevices().grabFor(id_);
+  connection_.flush();
+}
+
+void X11Window::releasePointer() {
+  if (!std::exchange(has_pointer_, false))
+    return;
+  system_.pointingDevices().ungrab();
+  connection_.flush();
 }
 
 void X11Window::selectKeys(bool wanted) {

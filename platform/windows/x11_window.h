@@ -37,7 +37,10 @@ class X11Window : public PlatformWindow {
   void setFrame(NSRect frame) override;
   NSRect frame() const override;
   NSRect screenFrame() const override;
+  NSRect screenBounds() const override;
   double scale() const override { return scale_; }
+  void grabPointer() override;
+  void releasePointer() override;
   Pixels pixels() override { return surface_->pixels(); }
   void present(std::span<const PixelRect> damage) override;
   uint64_t nativeHandle() const override { return id_; }
@@ -144,6 +147,7 @@ class X11Window : public PlatformWindow {
   bool is_key_ = false;
   bool wants_key_ = false;  ///< as soon as it is mapped
   bool asked_for_key_ = false;
+  bool has_pointer_ = false;  ///< grabbed
   bool selects_keys_ = true;
   bool managed_ = false;  ///< a window manager runs, who is to be asked for the keyboard
   bool must_redraw_ = false;

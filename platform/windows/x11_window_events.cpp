@@ -243,6 +243,8 @@ void X11Window::handleMap() {
 void X11Window::handleUnmap() {
   mapped_ = false;
   obscured_ = false;
+  // The server has taken it back from what no longer shows.
+  has_pointer_ = false;
   releaseHeldButtons();
 }
 
@@ -279,6 +281,7 @@ void X11Window::handleMessage(const xcb_client_message_event_t& event) {
 
 void X11Window::handleGone() {
   gone_ = true;
+  releasePointer();
   surface_->abandon();
   X11WindowSystem& system = system_;
   const xcb_window_t id = id_;

@@ -306,5 +306,29 @@ TEST_F(Headless, AnEmbeddedWindowIsWhereItsHostIs) {
   EXPECT_EQ(w.screenFrame(), NSMakeRect(203, 304, 50, 50));
 }
 
+TEST_F(Headless, OneWindowMayTakeAllThatThePointerDoes) {
+  HeadlessWindow& w = open();
+  HeadlessWindow& popup = open(other, other_recorder, WindowKind::popup, NSMakeRect(110, 210, 20, 20));
+  popup.grabPointer();
+  w.press({40, 30});
+  w.release();
+  w.scroll(0, 1);
+  system.dispatch();
+  EXPECT_TRUE(recorder.told.empty());
+  const auto down = other_recorder.of(WindowEventType::mouse_down);
+  ASSERT_EQ(down.size(), 1U);
+  EXPECT_EQ(down[0].location, (NSPoint{30, 20})) << "10 to the right and above the other window's corner";
+  EXPECT_EQ(other_recorder.count("up"), 1);
+  EXPECT_EQ(other_recorder.count("scroll"), 1);
+  popup.hide();
+  w.press({40, 30});
+  system.dispatch();
+  EXPECT_EQ(recorder.count("down"), 1);
+  popup.show();
+  popup.grabPointer();
+  other.reset();
+  EXPECT_EQ(system.pointerOwner(), nullptr);
+}
+
 }  // namespace
 }  // namespace cocoa

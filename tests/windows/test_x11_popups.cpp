@@ -117,5 +117,104 @@ TEST_F(X11Popup, MayBeClosedAfterItsParent) {
   settle();
 }
 
+// What a popup takes for itself
+
+class X11GrabbingPopup : public X11Test, public testing::WithParamInterface<bool> {
+ protected:
+  void SetUp() override {
+    X11Test::SetUp();
+    connect({.xinput = GetParam()});
+    open();
+    popup = &open(other, other_recorder, WindowKind::popup, NSMakeRect(120, 660, 50, 50));
+    stranger = user.make_window(800, 400, 100, 100);
+    user.select_input(stranger, XCB_EVENT_MASK_BUTTON_PRESS);
+    user.map(stranger);
+  }
+  /// Clicks on the other program's window; whether that program noticed.
+  bool click_reaches_stranger() {
+    user.point(850, 450);
+    user.click(1);
+    user.sync();
+    bool noticed = false;
+    while (xcb_generic_event_t* event = user.poll_event()) {
+      noticed = noticed || (event->response_type & 0x7f) == XCB_BUTTON_PRESS;
+      free(event);
+    }
+    return noticed;
+  }
+
+  PlatformWindow* popup = nullptr;
+  xcb_window_t stranger = XCB_WINDOW_NONE;
+};
+
+TEST_P(X11GrabbingPopup, HearsOfClicksInOtherPrograms) {
+  popup->grabPointer();
+  settle();
+  EXPECT_FALSE(click_reaches_stranger());
+  ASSERT_TRUE(until([&] { return other_recorder.count("up") == 1; }));
+  const auto down = other_recorder.of(WindowEventType::mouse_down);
+  ASSERT_EQ(down.size(), 1U);
+  // The popup's lower left corner is at (120, 139) from the top left, counted in pixels.
+  EXPECT_EQ(down[0].location, (NSPoint{850 - 120, 139 - 450}));
+  popup->releasePointer();
+  settle();
+  EXPECT_TRUE(click_reaches_stranger());
+}
+
+TEST_P(X11GrabbingPopup, TakesThePointerOverFromThePressThatOpenedIt) {
+  user.point(110, 60);
+  user.press(1);
+  ASSERT_TRUE(until([&] { return recorder.count("down") == 1; }));
+  popup->grabPointer();
+  settle();
+  user.point(850, 450);
+  user.release(1);
+  EXPECT_TRUE(until([&] { return other_recorder.count("moved to") > 0; }));
+  EXPECT_FALSE(click_reaches_stranger());
+}
+
+TEST_P(X11GrabbingPopup, LetsGoOfThePointerWhenItHidesOrGoes) {
+  popup->grabPointer();
+  popup->hide();
+  settle();
+  EXPECT_TRUE(click_reaches_stranger());
+  popup->show();
+  popup->grabPointer();
+  settle();
+  EXPECT_FALSE(click_reaches_stranger());
+  other.reset();
+  settle();
+  EXPECT_TRUE(click_reaches_stranger());
+}
+
+TEST_P(X11GrabbingPopup, LosesThePointerWithItsProgram) {
+  popup->grabPointer();
+  settle();
+  EXPECT_FALSE(click_reaches_stranger());
+  other.reset();
+  window.reset();
+  system.reset();
+  EXPECT_TRUE(test_support::wait_until([&] { return click_reaches_stranger(); }));
+}
+
+TEST_P(X11GrabbingPopup, DestroyedFromOutsideItHoldsNothing) {
+  popup->grabPointer();
+  settle();
+  user.destroy(id(*popup));
+  ASSERT_TRUE(until([&] { return other_recorder.count("gone") == 1; }));
+  EXPECT_TRUE(click_reaches_stranger());
+  popup->grabPointer();
+  popup->releasePointer();
+  settle();
+}
+
+TEST_P(X11GrabbingPopup, KnowsItsScreen) {
+  EXPECT_EQ(popup->screenBounds(), NSMakeRect(0, 0, 1280, 800));
+}
+
+INSTANTIATE_TEST_SUITE_P(, X11GrabbingPopup, testing::Bool(), [](const testing::TestParamInfo<bool>& mode) {
+  return mode.param ? "XInput" : "Core";
+});
+
 }  // namespace
 }  // namespace cocoa
