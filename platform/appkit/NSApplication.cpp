@@ -4,6 +4,8 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSColorWell.h"
 #include "appkit/NSFont.h"
+#include "appkit/NSMenu.h"
+#include "appkit/NSPopUpButton.h"
 #include "appkit/NSTextField.h"
 #include "appkit/NSView.h"
 #include "appkit/NSWindow.h"
@@ -17,7 +19,11 @@ void NSApplicationLoad() {
                                          &NSColor::class_,
                                          &NSColorWell::class_,
                                          &NSFont::class_,
+                                         &NSMenu::class_,
+                                         &NSMenuItem::class_,
                                          &NSNumberFormatter::class_,
+                                         &NSPopUpButton::class_,
+                                         &NSPopUpButtonCell::class_,
                                          &NSTextField::class_,
                                          &NSTextFieldCell::class_,
                                          &NSView::class_,

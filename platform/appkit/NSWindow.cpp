@@ -32,6 +32,8 @@ NSWindow::NSWindow(NSRect content_rect, unsigned style_mask) : frame_(content_re
 }
 
 NSWindow::~NSWindow() {
+  if (event_tracker_)
+    event_tracker_->windowIsGoing();
   before_waiting_.reset();
   if (parent_)
     parent_->removeChildWindow(this);
@@ -154,6 +156,7 @@ void NSWindow::orderOut(NSObject*) {
   const Ref<NSWindow> self(this);
   if (!visible_)
     return;
+  endTracking();
   visible_ = false;
   if (platform_)
     platform_->hide();
@@ -221,6 +224,14 @@ NSPoint NSWindow::convertScreenToBase(NSPoint point) const {
   return {point.x - frame_.origin.x, point.y - frame_.origin.y};
 }
 
+NSRect NSWindow::convertRectToScreen(NSRect rect) const {
+  const NSPoint origin = platform_ ? platform_->screenFrame().origin : frame_.origin;
+  const auto fit = static_cast<CGFloat>(fit_);
+  return NSMakeRect(origin.x + (rect.origin.x + fit_origin_.x) * fit,
+                    origin.y + (rect.origin.y + fit_origin_.y) * fit, rect.size.width * fit,
+                    rect.size.height * fit);
+}
+
 bool NSWindow::makeFirstResponder(NSResponder* responder) {
   NSResponder* old = first_responder_.get();
   if (old == responder)
@@ -238,6 +249,8 @@ bool NSWindow::makeFirstResponder(NSResponder* responder) {
 
 /// A view that leaves its window has no more claim on the keys and on a drag.
 void NSWindow::viewLeft(NSView* view) {
+  if (event_tracker_)
+    event_tracker_->viewLeftWindow(view);
   if (pressed_view_.get() == view)
     pressed_view_ = WeakRef<NSView>();
   if (first_responder_.get() == view)
@@ -247,20 +260,46 @@ void NSWindow::viewLeft(NSView* view) {
 void NSWindow::windowReceived(const WindowEvent& event) {
   const Ref<NSWindow> self(this);
   const auto ns_event = make<NSEvent>(inContent(event), this);
-  switch (event.type) {
+  NSEvent* const outer = std::exchange(current_event_, ns_event.get());
+  deliver(ns_event.get());
+  current_event_ = outer;
+}
+
+void NSWindow::deliver(NSEvent* event) {
+  if (event_tracker_ && event_tracker_->trackEvent(event)) {
+    if (event->type() == WindowEventType::mouse_up && event->buttonNumber() == 0)
+      pressed_view_ = WeakRef<NSView>();
+    return;
+  }
+  switch (event->type()) {
     case WindowEventType::key_down:
     case WindowEventType::key_up: {
       const Ref<NSResponder> receiver(first_responder_ ? first_responder_.get() : this);
-      if (event.type == WindowEventType::key_down) {
-        receiver->keyDown(ns_event.get());
+      if (event->type() == WindowEventType::key_down) {
+        receiver->keyDown(event);
       } else {
-        receiver->keyUp(ns_event.get());
+        receiver->keyUp(event);
       }
       return;
     }
     default:
-      mouseEvent(ns_event.get());
+      mouseEvent(event);
   }
+}
+
+void NSWindow::setEventTracker(EventTracker* tracker) {
+  endTracking();
+  event_tracker_ = tracker;
+}
+
+void NSWindow::removeEventTracker(const EventTracker* tracker) {
+  if (event_tracker_ == tracker)
+    event_tracker_ = nullptr;
+}
+
+void NSWindow::endTracking() {
+  if (event_tracker_)
+    event_tracker_->trackingMustEnd();
 }
 
 void NSWindow::mouseEvent(NSEvent* event) {
@@ -314,6 +353,7 @@ void NSWindow::windowMustRedraw() {
 }
 
 void NSWindow::windowMoved() {
+  endTracking();
   // A child has been put there by its parent's move.
   if (followsParent())
     return;
@@ -331,6 +371,7 @@ void NSWindow::windowShouldClose() {
 
 void NSWindow::windowGone() {
   const Ref<NSWindow> self(this);
+  endTracking();
   visible_ = false;
   gone_ = true;
   orderOutChildren();

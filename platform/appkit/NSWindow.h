@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "appkit/EventTracker.h"
 #include "appkit/NSView.h"
 #include "appkit/damage.h"
 #include "foundation/CFRunLoop.h"
@@ -116,6 +117,17 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   NSPoint convertBaseToScreen(NSPoint point) const;
   NSPoint convertScreenToBase(NSPoint point) const;
+  /// Where a rectangle of the content is on the screen at this moment. Asks the window system, which is the
+  /// only one to know of an editor inside a host's window.
+  NSRect convertRectToScreen(NSRect rect) const;
+
+  /// The event that is being delivered; null at other times.
+  NSEvent* currentEvent() const { return current_event_; }
+  /// From now on events go to the tracker first, and no more to the one before, which must end. Not retained:
+  /// a tracker that goes takes itself out.
+  void setEventTracker(EventTracker* tracker);
+  /// Ignored when it is not the one.
+  void removeEventTracker(const EventTracker* tracker);
 
   bool makeFirstResponder(NSResponder* responder);
   NSResponder* firstResponder() const { return first_responder_.get(); }
@@ -157,7 +169,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void windowShouldClose() override;
   void windowGone() override;
 
+  void deliver(NSEvent* event);
   void mouseEvent(NSEvent* event);
+  void endTracking();
   bool followsParent() const;
   bool castsShadow() const { return has_shadow_ && !opaque_ && style_mask_ == NSBorderlessWindowMask; }
   NSRect frameOnScreen() const;
@@ -197,6 +211,8 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   WeakRef<NSView> pressed_view_;
   WeakRef<NSResponder> first_responder_;
   WeakRef<NSView> initial_first_responder_;
+  NSEvent* current_event_ = nullptr;
+  EventTracker* event_tracker_ = nullptr;
   bool opaque_ = true;
   bool has_shadow_ = true;
   bool visible_ = false;

@@ -1,0 +1,25 @@
+#pragma once
+
+namespace cocoa {
+
+class NSEvent;
+class NSView;
+
+/// What takes a window's events in place of its views while something is open over it, as a menu does: the
+/// platform's nested tracking loops, turned inside out.
+class EventTracker {
+ public:
+  /// Whether the event is used up; if not, it goes its usual way as well.
+  virtual bool trackEvent(NSEvent* event) = 0;
+  /// The window moves or goes off the screen.
+  virtual void trackingMustEnd() = 0;
+  /// The window is in its destructor: nobody else must be called now.
+  virtual void windowIsGoing() = 0;
+  /// The view, perhaps halfway through its destructor, is no longer in the window.
+  virtual void viewLeftWindow(NSView* view) = 0;
+
+ protected:
+  ~EventTracker() = default;
+};
+
+}  // namespace cocoa
