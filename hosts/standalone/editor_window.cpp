@@ -1,14 +1,10 @@
 #include "standalone/editor_window.h"
 
-#include <cmath>
-#include <vector>
-
 #include "appkit/NSApplication.h"
 #include "audio_unit/AUCocoaUIBase.h"
 #include "editor/KVOndexView.h"
 #include "factory/bundle_classes.h"
 #include "foundation/NSLog.h"
-#include "quartz/CGBitmapContext.h"
 #include "standalone/resource_folder.h"
 
 namespace ondex {
@@ -80,19 +76,6 @@ NSWindow* EditorWindow::open_colors() {
   const auto* editor = dynamic_cast<KVOndexView*>(window_->contentView());
   editor->_preferences_controller->_info_color_well->activate();
   return preferences->servants().empty() ? nullptr : preferences->servants().front();
-}
-
-bool EditorWindow::write_picture(NSWindow& window, const char* path) {
-  const NSView* view = window.contentView();
-  const double scale = window.backingScaleFactor();
-  const auto width = static_cast<size_t>(std::ceil(static_cast<double>(NSWidth(view->bounds())) * scale));
-  const auto height = static_cast<size_t>(std::ceil(static_cast<double>(NSHeight(view->bounds())) * scale));
-  std::vector<uint8_t> pixels(width * height * 4);
-  CGContextRef context = CGBitmapContextCreateWithScale(pixels.data(), width, height, width * 4, scale);
-  window.drawWithChildren(context);
-  const bool written = CGBitmapContextWritePNG(context, path);
-  CGContextRelease(context);
-  return written;
 }
 
 }  // namespace ondex

@@ -7,6 +7,7 @@
 #include "audio_unit/effect_instance.h"
 #include "foundation/NSBundle.h"
 #include "standalone/effect.h"
+#include "standalone/view_picture.h"
 #include "windows/window_system.h"
 
 namespace ondex {
@@ -31,8 +32,7 @@ class EditorWindow {
   cocoa::NSWindow* open_preferences();
   cocoa::NSWindow* open_colors();
   /// Writes what the window shows to a PNG file; false, after a line in the log, when that fails.
-  bool write_picture(const char* path) { return write_picture(*window_, path); }
-  static bool write_picture(cocoa::NSWindow& window, const char* path);
+  bool write_picture(const char* path) { return write_window_picture(*window_, path); }
 
  private:
   cocoa::WindowSystem& system_;

@@ -85,7 +85,7 @@ int run_screenshot(const Options& options) {
       clock.advance(until_shown);
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
       NSWindow* shown = shown_window(editor, system, options);
-      if (shown && EditorWindow::write_picture(*shown, options.screenshot->c_str()))
+      if (shown && write_window_picture(*shown, options.screenshot->c_str()))
         status = 0;
     }
   }
