@@ -209,7 +209,7 @@ void KV_Ondex_Menu_View::do_shine(CGContextRef context) {
 void KV_Ondex_Menu_View::do_left_end_cap(CGContextRef context) {
   const NSRect ellipse =
       NSMakeRect(NSMinX(left_rect), NSMinY(left_rect), 2 * NSWidth(left_rect), NSHeight(left_rect));
-  constexpr CGFloat near_tip = CGFloat(0.05);
+  constexpr auto near_tip = CGFloat(0.05);
   fill_radial_cap(context, left_rect, ellipse, mouse_is_down_in_left, NSMaxX(left_rect),
                   NSMinX(left_rect) + near_tip * NSWidth(left_rect));
 }
@@ -217,7 +217,7 @@ void KV_Ondex_Menu_View::do_left_end_cap(CGContextRef context) {
 void KV_Ondex_Menu_View::do_right_end_cap(CGContextRef context) {
   const NSRect ellipse = NSMakeRect(NSMinX(right_rect) - NSWidth(right_rect), NSMinY(right_rect),
                                     2 * NSWidth(right_rect), NSHeight(right_rect));
-  constexpr CGFloat near_tip = CGFloat(0.95);
+  constexpr auto near_tip = CGFloat(0.95);
   fill_radial_cap(context, right_rect, ellipse, mouse_is_down_in_right, NSMinX(right_rect),
                   NSMinX(right_rect) + near_tip * NSWidth(right_rect));
 }

@@ -90,7 +90,7 @@ void NSPopUpButtonCell::setTarget_action(NSObject* target, SEL action) {
 }
 
 void NSPopUpButtonCell::performClickWithFrame_inView(NSRect frame, NSView* view,
-                                                     std::function<void()> closed) {
+                                                     const std::function<void()>& closed) {
   const Ref<NSPopUpButtonCell> self(this);
   dismissPopUp();
   const auto tracking = make<MenuTracking>(*this, closed);

@@ -67,7 +67,7 @@ class NSPopUpButtonCell : public NSObject, public ActionSource {
   /// exactly once: before this returns when there is nothing to open, else from the event that closes the
   /// list, after the chosen item is selected and its action sent, and also when nothing was chosen. It is
   /// dropped, uncalled, when the cell, the view or its window goes first.
-  void performClickWithFrame_inView(NSRect frame, NSView* view, std::function<void()> closed);
+  void performClickWithFrame_inView(NSRect frame, NSView* view, const std::function<void()>& closed);
   bool isOpen() const { return tracking_.get() != nullptr; }
   /// Closes an open list without a choice.
   void dismissPopUp();
