@@ -1,18 +1,14 @@
 #include "contact_sheet.h"
 
-#include <algorithm>
 #include <string>
 
-#include "appkit/NSColor.h"
-#include "appkit/NSGraphicsContext.h"
-#include "appkit/NSStringDrawing.h"
 #include "drawing/KV_Ondex_Box.h"
 #include "drawing/KV_Ondex_Button_View.h"
 #include "drawing/KV_Ondex_Label_View.h"
-#include "drawing/text_attributes.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
 #include "response_graph/KV_FM_Oscillator_Response_View.h"
+#include "sheet.h"
 
 namespace ondex::test {
 
@@ -20,58 +16,7 @@ using namespace cocoa;
 
 namespace {
 
-constexpr CGFloat sheet_width = 900;
 constexpr CGFloat sheet_height = 640;
-constexpr CGFloat gap = 20;
-constexpr CGFloat caption_height = 16;
-
-/// Lays its exhibits out in rows from the top left, on the warm grey that they are made for.
-class Sheet : public NSView {
- public:
-  Sheet() : NSView(NSMakeRect(0, 0, sheet_width, sheet_height)) {}
-
-  void show(NSView* view, std::string_view caption) {
-    const NSSize size = view->frame().size;
-    if (left_ + size.width + gap > sheet_width) {
-      left_ = gap;
-      top_ -= row_height_ + caption_height + gap;
-      row_height_ = 0;
-    }
-    view->setFrameOrigin({left_, top_ - size.height});
-    addSubview(view);
-    captions_.push_back(
-        {std::string(caption), NSMakeRect(left_ - gap / 2, top_ - size.height - caption_height - 2,
-                                          size.width + gap, caption_height)});
-    left_ += size.width + gap;
-    row_height_ = std::max(row_height_, size.height);
-  }
-
-  void drawRect(NSRect) override {
-    CGContextRef context = NSGraphicsContext::currentContext()->graphicsPort();
-    CGContextSetRGBFillColor(context, CGFloat(0.72), CGFloat(0.5), CGFloat(0.4), 1);
-    CGContextFillRect(context, bounds());
-    const auto attributes =
-        centred_text_attributes(NSFont::systemFontOfSize(9).get(), NSColor::blackColor().get());
-    for (const Caption& caption : captions_) {
-      drawInRect_withAttributes(make<NSString>(caption.text).get(), caption.rect, attributes.get());
-    }
-  }
-
- private:
-  struct Caption {
-    std::string text;
-    NSRect rect;
-  };
-  std::vector<Caption> captions_;
-  CGFloat left_ = gap;
-  CGFloat top_ = sheet_height - gap;
-  CGFloat row_height_ = 0;
-};
-
-Ref<NSColor> rgb(double r, double g, double b, double a = 1) {
-  return NSColor::colorWithDeviceRed_green_blue_alpha(static_cast<CGFloat>(r), static_cast<CGFloat>(g),
-                                                      static_cast<CGFloat>(b), static_cast<CGFloat>(a));
-}
 
 void show_captions(Sheet& sheet) {
   const NSRect frame = NSMakeRect(0, 0, 96, 14);
@@ -145,7 +90,7 @@ void show_graphs(Sheet& sheet) {
 }  // namespace
 
 Ref<NSView> contact_sheet() {
-  const auto sheet = make<Sheet>();
+  const auto sheet = make<Sheet>(sheet_height);
   show_captions(*sheet);
   show_readouts(*sheet);
   show_knobs(*sheet);

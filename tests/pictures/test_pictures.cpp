@@ -16,6 +16,13 @@ TEST_F(PicturesTest, TheContactSheetIsAsCommitted) {
   }
 }
 
+TEST_F(PicturesTest, TheChoicesAreAsCommitted) {
+  for (const int scale : {1, 2}) {
+    expect_committed_picture(picture_of(*choices_sheet(), scale),
+                             "tests/pictures/choices@" + std::to_string(scale) + "x.png");
+  }
+}
+
 TEST_F(PicturesTest, TheEditorIsAsCommitted) {
   effect.setFromHost(0, 4.5F);
   effect.setFromHost(1, 6.0F);
