@@ -34,6 +34,14 @@ void NSWindow::closeServants() {
 
 /// The window system's window goes; the next time it is shown it gets a new one.
 void NSWindow::leaveWindowSystem() {
+  // It was the way to the window system for those that serve it, too.
+  const std::vector<WeakRef<NSWindow>> all(servants_.begin(), servants_.end());
+  for (const WeakRef<NSWindow>& each : all) {
+    if (const Ref<NSWindow> servant = each.get()) {
+      servant->orderOut(nullptr);
+      servant->leaveWindowSystem();
+    }
+  }
   gone_ = false;
   shown_by_ = nullptr;
   before_waiting_.reset();

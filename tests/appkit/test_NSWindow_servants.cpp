@@ -122,6 +122,18 @@ TEST_F(ServantTest, LosesItsPlaceWhenTheServedWindowGoes) {
   EXPECT_FALSE(servant->isVisible()) << "nobody can show it now";
 }
 
+TEST_F(ServantTest, SoDoesAWindowThatServesIt) {
+  const auto second = make<NSWindow>(NSMakeRect(0, 0, 30, 30), NSTitledWindowMask);
+  servant->setServedWindow(served.get());
+  second->setServedWindow(servant.get());
+  servant->orderFront(nullptr);
+  second->orderFront(nullptr);
+  served = nullptr;
+  EXPECT_EQ(second->platformWindow(), nullptr);
+  EXPECT_EQ(second->servedWindow(), servant.get());
+  EXPECT_THAT(system.windows(), IsEmpty());
+}
+
 TEST_F(ServantTest, MayGoFirst) {
   servant->setServedWindow(served.get());
   servant->orderFront(nullptr);
