@@ -1,10 +1,9 @@
 #include "standalone/editor_window.h"
 
 #include "appkit/NSApplication.h"
-#include "audio_unit/AUCocoaUIBase.h"
 #include "editor/KVOndexView.h"
 #include "factory/bundle_classes.h"
-#include "foundation/NSLog.h"
+#include "hosting/audio_unit_host.h"
 #include "standalone/resource_folder.h"
 
 namespace ondex {
@@ -14,24 +13,6 @@ using namespace cocoa;
 namespace {
 
 constexpr NSPoint first_origin = {120, 120};
-
-/// The editor of the unit, made by the class that the bundle names; null, after a line in the log, without
-/// one.
-Ref<NSView> make_editor(const NSBundle& bundle, AudioUnit unit) {
-  const Class* factory_class = bundle.principalClass();
-  if (!factory_class || !factory_class->init) {
-    NSLog("ondex: no view factory in %s", bundle.bundlePath().c_str());
-    return nullptr;
-  }
-  const Ref<NSObject> factory = factory_class->init();
-  auto* view_factory = dynamic_cast<AUCocoaUIBase*>(factory.get());
-  if (!view_factory) {
-    NSLog("ondex: %.*s makes no editors", static_cast<int>(factory_class->name.size()),
-          factory_class->name.data());
-    return nullptr;
-  }
-  return view_factory->uiViewForAudioUnit_withSize(unit, NSSize{});
-}
 
 }  // namespace
 

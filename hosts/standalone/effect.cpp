@@ -5,20 +5,6 @@
 
 namespace ondex {
 
-std::vector<cocoa::EffectParameter> effect_parameters() {
-  std::vector<cocoa::EffectParameter> parameters;
-  for (const ParameterDescription& row : parameter_table) {
-    cocoa::EffectParameter parameter;
-    parameter.id = row.number;
-    parameter.name = row.name;
-    parameter.minimum = static_cast<float>(row.minimum);
-    parameter.maximum = static_cast<float>(row.maximum);
-    parameter.default_value = static_cast<float>(row.default_value);
-    parameters.push_back(parameter);
-  }
-  return parameters;
-}
-
 std::string read_parameter_id(std::string_view text, unsigned& id) {
   const auto number = unsigned_from(text);
   if (!number || *number >= parameter_table.size()) {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "audio_unit/effect_instance.h"
+#include "hosting/audio_unit_host.h"
 
 namespace ondex {
 
@@ -12,9 +12,6 @@ struct ParameterChange {
   unsigned id = 0;
   float value = 0;
 };
-
-/// The seven parameters of the effect with their ranges and defaults, as the host holds them.
-std::vector<cocoa::EffectParameter> effect_parameters();
 
 /// Reads a parameter number; an empty error means success.
 std::string read_parameter_id(std::string_view text, unsigned& id);

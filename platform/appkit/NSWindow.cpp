@@ -118,6 +118,7 @@ bool NSWindow::realize() {
   options.frame = frameOnScreen();
   options.title = title_;
   options.host_window = host_window_;
+  options.resizable = scales_to_fit_;
   if (NSWindow* above = parent_ ? parent_ : served_; above && above->realize())
     options.parent = above->platform_.get();
   if (host_window_ != 0) {
@@ -261,11 +262,11 @@ void NSWindow::windowReceived(const WindowEvent& event) {
   const Ref<NSWindow> self(this);
   const auto ns_event = make<NSEvent>(inContent(event), this);
   NSEvent* const outer = std::exchange(current_event_, ns_event.get());
-  deliver(ns_event.get());
+  sendEvent(ns_event.get());
   current_event_ = outer;
 }
 
-void NSWindow::deliver(NSEvent* event) {
+void NSWindow::sendEvent(NSEvent* event) {
   if (event_tracker_ && event_tracker_->trackEvent(event)) {
     if (event->type() == WindowEventType::mouse_up && event->buttonNumber() == 0)
       pressed_view_ = WeakRef<NSView>();

@@ -129,6 +129,10 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// Ignored when it is not the one.
   void removeEventTracker(const EventTracker* tracker);
 
+  /// Takes an event of the window system to the view that it is for. A subclass sees here all that the user
+  /// does.
+  virtual void sendEvent(NSEvent* event);
+
   bool makeFirstResponder(NSResponder* responder);
   NSResponder* firstResponder() const { return first_responder_.get(); }
   /// Who becomes the first responder when the window becomes key and has none; not retained.
@@ -140,6 +144,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// What shows the window, or would; null for none.
   WindowSystem* windowSystem() const;
 
+  /// Makes the window system's window now, hidden, instead of when it is first ordered in; false, after a
+  /// line in the log, when it refuses.
+  bool realize();
   /// Device pixels a point of the content.
   double backingScaleFactor() const { return platform_ ? platform_->scale() * fit_ : 1.0; }
   /// The window of the window system behind this one; null until it is first ordered in, and after it has
@@ -169,7 +176,6 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void windowShouldClose() override;
   void windowGone() override;
 
-  void deliver(NSEvent* event);
   void mouseEvent(NSEvent* event);
   void endTracking();
   bool followsParent() const;
@@ -177,7 +183,6 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   NSRect frameOnScreen() const;
   void followParent();
   void orderOutChildren();
-  bool realize();
   void selectKeyView(bool forward);
   void takeKeyFromChildren();
   void leaveWindowSystem();

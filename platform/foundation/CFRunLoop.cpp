@@ -244,7 +244,22 @@ int CFRunLoop::wakeDescriptor() const {
   return impl_->wake->descriptor();
 }
 
+namespace {
+
+thread_local CFRunLoop* innermost_loop = nullptr;
+
+}  // namespace
+
+CFRunLoopScope::CFRunLoopScope(CFRunLoop& loop) : outer_(innermost_loop) {
+  innermost_loop = &loop;
+}
+CFRunLoopScope::~CFRunLoopScope() {
+  innermost_loop = outer_;
+}
+
 CFRunLoopRef CFRunLoopGetCurrent() {
+  if (innermost_loop)
+    return innermost_loop;
   thread_local CFRunLoop loop;
   return &loop;
 }

@@ -6,7 +6,8 @@
 #include "foundation/CFBase.h"
 #include "foundation/Clock.h"
 
-/// The loop of one thread, which somebody else turns: a host's idle call or a program's poll.
+/// The loop of one thread or of one editor on it, which somebody else turns: a host's idle call or a
+/// program's poll.
 ///
 /// One turn is CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false). It never waits and never nests a loop.
 /// Each turn has its own autorelease pool and does, in this order: pollers, sources, due timers, observers;
@@ -25,7 +26,8 @@ inline constexpr int kCFRunLoopRunFinished = 1;
 inline constexpr int kCFRunLoopRunTimedOut = 3;
 inline constexpr int kCFRunLoopRunHandledSource = 4;
 
-/// The calling thread's loop; made on first use, gone with the thread.
+/// The loop of the innermost CFRunLoopScope, or else the calling thread's own, which is made on first use and
+/// gone with the thread.
 CFRunLoopRef CFRunLoopGetCurrent();
 
 /// One turn of the calling thread's loop. `seconds` other than 0 would block inside a host: it is logged and
@@ -52,6 +54,9 @@ class CFRunLoop {
   class Source;
   using SourceRef = std::unique_ptr<Source>;
 
+  /// A loop beside the thread's own, for one of several editors that are turned apart. It belongs to the
+  /// thread that opens scopes on it, and is destroyed after all that was made in them.
+  CFRunLoop();
   CFRunLoop(const CFRunLoop&) = delete;
   CFRunLoop& operator=(const CFRunLoop&) = delete;
   ~CFRunLoop();
@@ -77,15 +82,25 @@ class CFRunLoop {
   int wakeDescriptor() const;
 
  private:
-  friend CFRunLoopRef CFRunLoopGetCurrent();
   friend int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceHandled);
   friend void CFRunLoopWakeUp(CFRunLoopRef loop);
   struct Item;
   struct Impl;
   class WakeDescriptor;
 
-  CFRunLoop();
   const std::shared_ptr<Impl> impl_;  // shared only to be observed by what may outlive the loop
+};
+
+/// While it lives, a loop is the current one of the thread. They nest.
+class CFRunLoopScope {
+ public:
+  explicit CFRunLoopScope(CFRunLoop& loop);
+  ~CFRunLoopScope();
+  CFRunLoopScope(const CFRunLoopScope&) = delete;
+  CFRunLoopScope& operator=(const CFRunLoopScope&) = delete;
+
+ private:
+  CFRunLoop* const outer_;
 };
 
 class CFRunLoop::Attachment {

@@ -91,6 +91,8 @@ struct WindowOptions {
   std::string title = {};
   PlatformWindow* parent = nullptr;  ///< of a popup or panel; must outlive the window
   uint64_t host_window = 0;          ///< of an embedded window: the host's own
+  /// Others may give the window any size of at least half the first one, best with its proportions.
+  bool resizable = false;
 };
 
 /// Memory that a frame is drawn into: 32-bit pixels, premultiplied, alpha in the highest byte.

@@ -75,6 +75,20 @@ void set_fixed_size(X11Connection& connection, xcb_window_t window, int width, i
   xcb_icccm_set_wm_normal_hints(connection.get(), window, &hints);
 }
 
+void set_natural_size(X11Connection& connection, xcb_window_t window, int width, int height,
+                      WindowKind kind) {
+  xcb_size_hints_t hints{};
+  xcb_icccm_size_hints_set_size(&hints, 0, width, height);
+  xcb_icccm_size_hints_set_min_size(&hints, (width + 1) / 2, (height + 1) / 2);
+  xcb_icccm_size_hints_set_aspect(&hints, width, height, width, height);
+  // Hosts take the base size for the one that the window wants; window managers would take it away from both
+  // sides before they compare the proportions.
+  if (kind == WindowKind::embedded)
+    xcb_icccm_size_hints_set_base_size(&hints, width, height);
+  xcb_icccm_size_hints_set_win_gravity(&hints, XCB_GRAVITY_STATIC);
+  xcb_icccm_set_wm_normal_hints(connection.get(), window, &hints);
+}
+
 void set_identity(X11Connection& connection, xcb_window_t window, WindowKind kind,
                   xcb_window_t transient_for) {
   const X11Atoms& atoms = connection.atoms();

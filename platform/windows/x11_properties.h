@@ -15,6 +15,8 @@ class X11Connection;
 void set_title(X11Connection& connection, xcb_window_t window, std::string_view title);
 /// The editor has the size of its design: managers may move the window, not resize it.
 void set_fixed_size(X11Connection& connection, xcb_window_t window, int width, int height, WindowKind kind);
+/// The window may be resized, down to half the given size and best with its proportions.
+void set_natural_size(X11Connection& connection, xcb_window_t window, int width, int height, WindowKind kind);
 /// Everything but title and size. `transient_for` is the top-level window that a panel or popup belongs to,
 /// or XCB_WINDOW_NONE.
 void set_identity(X11Connection& connection, xcb_window_t window, WindowKind kind,

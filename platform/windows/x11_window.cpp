@@ -30,6 +30,7 @@ X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, Plat
       connection_(system.connection()),
       delegate_(delegate),
       kind_(options.kind),
+      resizable_(options.resizable),
       id_(xcb_generate_id(system.connection().get())),
       scale_(system.defaultScale()),
       parent_height_(system.screenHeight()) {
@@ -98,7 +99,11 @@ void X11Window::describe(const std::string& title) {
   const xcb_window_t leader = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
   managed_ = isManageable() && connection_.hasWindowManager();
   set_identity(connection_, id_, kind_, leader);
-  set_fixed_size(connection_, id_, width_, height_, kind_);
+  if (resizable_) {
+    set_natural_size(connection_, id_, width_, height_, kind_);
+  } else {
+    set_fixed_size(connection_, id_, width_, height_, kind_);
+  }
   if (kind_ != WindowKind::embedded)
     set_title(connection_, id_, title);
   if (system_.pointingDevices().usable())
@@ -168,7 +173,8 @@ void X11Window::setFrame(NSRect frame) {
   if (gone_)
     return;
   if (size_ != size_before) {
-    set_fixed_size(connection_, id_, width_, height_, kind_);
+    if (!resizable_)
+      set_fixed_size(connection_, id_, width_, height_, kind_);
     if (surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_))) {
       must_redraw_ = true;
       connection_.wake();

@@ -115,6 +115,7 @@ class X11Window : public PlatformWindow {
   X11Connection& connection_;
   PlatformWindowDelegate& delegate_;
   WindowKind kind_;
+  bool resizable_;
   /// Of a popup or panel, by its number: an owner may well close the parent first.
   xcb_window_t parent_ = XCB_WINDOW_NONE;
   xcb_window_t id_;

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "appkit/NSWindow.h"
+#include "audio_unit/effect_instance.h"
+#include "foundation/CFRunLoop.h"
+#include "foundation/Clock.h"
+#include "foundation/NSBundle.h"
+#include "foundation/NSLog.h"
+#include "lv2_ui/echo_filter.h"
+#include "lv2_ui/editor_window.h"
+#include "lv2_ui/gesture_tracker.h"
+#include "lv2_ui/host_features.h"
+#include "windows/window_system.h"
+
+namespace ondex {
+
+/// The machine's clock, which can be set forward.
+class EditorClock : public cocoa::Clock {
+ public:
+  double now() const override { return cocoa::Clock::system().now() + skipped_; }
+  void skip(double seconds) { skipped_ = skipped_ + seconds; }
+
+ private:
+  std::atomic<double> skipped_ = 0;
+};
+
+/// Plays an Audio Unit host to one editor, on behalf of an LV2 host: the parameters of the effect that the
+/// editor edits are the plug-in's ports.
+///
+/// Shares nothing with other editors but the classes: the connection to the display, the run loop and the log
+/// are its own. Everything is called on one thread, the host's; calls from inside its own calls to the host
+/// are expected.
+class LV2Editor : private cocoa::NSWindowDelegate {
+ public:
+  /// The host's end.
+  struct Host {
+    LV2UI_Write_Function write = nullptr;
+    LV2UI_Controller controller = nullptr;
+    HostFeatures features;
+    HostLog log;
+  };
+
+  /// `resources` is the folder of the interface files. Null, after a line in the log, when there is nothing
+  /// to show or nowhere to show it. Otherwise the window is there, in the host's shown and with its size.
+  static std::unique_ptr<LV2Editor> open(Host host, const std::string& resources);
+  ~LV2Editor() override;
+  LV2Editor(const LV2Editor&) = delete;
+  LV2Editor& operator=(const LV2Editor&) = delete;
+
+  /// The X11 window.
+  uint64_t window() const { return window_number_; }
+
+  void portEvent(uint32_t port, uint32_t size, uint32_t format, const void* buffer);
+  /// One turn of the run loop. False when the window has gone or was closed by the user.
+  bool idle();
+  /// False when there is no window to show any more.
+  bool show();
+  bool hide();
+  /// The host's wish, in pixels. False when it makes no sense.
+  bool resize(int width, int height);
+
+ private:
+  class Scope;
+  explicit LV2Editor(Host host);
+  bool makeWindow(const std::string& resources);
+  cocoa::NSSize pixelSize() const;
+  void windowWillClose(cocoa::NSWindow* window) override;
+
+  void write(unsigned parameter, float value);
+  void tellTouch(unsigned parameter, bool begins);
+  void take(unsigned parameter, float value);
+  void takeSettled();
+  std::optional<unsigned> parameterOfPort(uint32_t port) const;
+  std::optional<float> checkedValue(uint32_t port, uint32_t size, uint32_t format, const void* buffer);
+  /// Whether something about a port is to be said: for the first time, and not of thousands of ports.
+  enum class Complaint { port, format, size, not_a_number, out_of_range };
+  bool isNew(Complaint complaint, uint32_t port);
+
+  Host host_;
+  EditorClock clock_;
+  cocoa::CFRunLoop loop_;
+  GestureTracker gestures_;
+  std::array<EchoFilter, parameter_count> echoes_;
+  std::set<std::pair<Complaint, uint32_t>> complaints_;
+  std::unique_ptr<cocoa::EffectInstance> effect_;
+  cocoa::Ref<cocoa::NSBundle> bundle_;
+  std::unique_ptr<cocoa::WindowSystem> window_system_;
+  cocoa::CFRunLoop::AttachmentRef dispatcher_;
+  cocoa::Ref<EditorWindow> window_;
+  uint64_t window_number_ = 0;
+  bool first_idle_ = true;
+  bool turning_ = false;
+  bool closed_ = false;
+};
+
+}  // namespace ondex
