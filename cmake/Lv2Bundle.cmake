@@ -24,7 +24,7 @@ function(ondex_lv2_part target)
                                              LIBRARY_OUTPUT_DIRECTORY "${ONDEX_LV2_BUNDLE}")
   target_link_options(${target} PRIVATE
     "LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/${arg_EXPORTS}" "LINKER:--exclude-libs,ALL"
-    "LINKER:--as-needed" "LINKER:-z,now")
+    "LINKER:--as-needed" "LINKER:--gc-sections" "LINKER:-z,now")
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${arg_EXPORTS}")
   install(TARGETS ${target} LIBRARY DESTINATION "${ONDEX_LV2_DIR}/ondex.lv2" COMPONENT lv2)
   add_dependencies(lv2_bundle ${target})

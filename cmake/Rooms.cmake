@@ -4,9 +4,13 @@
 # room sees the headers of the rooms it is linked to and of no others: the build keeps the floors.
 #
 #   ondex_room(<room> SOURCES <files> [ROOMS <rooms its headers include>]
-#              [PRIVATE_ROOMS <rooms only its sources include>] [LIBS <libraries behind it>])
+#              [PRIVATE_ROOMS <rooms only its sources include>] [LIBS <libraries behind it>] [SMALL])
+#
+# SMALL is for rooms that no pixel and no sample waits for: they are compiled for size, and what a program or a
+# plug-in does not use of them is left out of it. Those of their files that do work for every pixel
+# have a level of their own.
 function(ondex_room room)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;ROOMS;PRIVATE_ROOMS;LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SMALL" "" "SOURCES;ROOMS;PRIVATE_ROOMS;LIBS")
   set(include_dir "${CMAKE_BINARY_DIR}/include/${room}")
   file(MAKE_DIRECTORY "${include_dir}")
   file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include_dir}/${room}" SYMBOLIC)
@@ -14,6 +18,9 @@ function(ondex_room room)
   add_library(${room} STATIC ${arg_SOURCES})
   target_include_directories(${room} PUBLIC "${include_dir}")
   target_link_libraries(${room} PUBLIC ${arg_ROOMS} PRIVATE ${arg_PRIVATE_ROOMS} ${arg_LIBS})
+  if(arg_SMALL)
+    target_compile_options(${room} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Os> -ffunction-sections -fdata-sections)
+  endif()
 endfunction()
 
 # The tests of one room: a GoogleTest program named <room>_tests, each test known to ctest by its name.
