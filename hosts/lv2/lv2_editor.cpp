@@ -22,6 +22,8 @@ constexpr double until_shown = 0.051;
 constexpr double late_updates = 5;
 constexpr size_t most_complaints = 64;
 constexpr int largest_extent = 16384;
+/// Of a window of its own, where no window manager has a better place.
+constexpr NSPoint first_origin = {120, 120};
 
 }  // namespace
 
@@ -86,7 +88,8 @@ bool LV2Editor::makeWindow(const std::string& resources) {
   const Ref<NSView> editor = make_editor(*bundle_, effect_->audio_unit());
   if (!editor)
     return false;
-  window_ = make<EditorWindow>(NSRect{{}, editor->frame().size}, [this] { gestures_.released(); });
+  window_ = make<EditorWindow>(NSRect{features.parent == 0 ? first_origin : NSPoint{}, editor->frame().size},
+                               [this] { gestures_.released(); });
   window_->setWindowSystem(window_system_.get());
   window_->setHostWindow(features.parent);
   window_->setTitle(features.title.empty() ? "Ondex" : features.title);
@@ -117,8 +120,14 @@ NSSize LV2Editor::pixelSize() const {
   return {extent(points.width), extent(points.height)};
 }
 
+bool LV2Editor::windowShouldClose(NSWindow*) {
+  user_closes_ = true;
+  return true;
+}
+
 void LV2Editor::windowWillClose(NSWindow*) {
   closed_ = true;
+  gone_ = !std::exchange(user_closes_, false);
   gestures_.endAll();
 }
 
@@ -137,12 +146,12 @@ bool LV2Editor::idle() {
     CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
   }
   turning_ = false;
-  return !closed_ && window_system_->connected();
+  return !closed_;
 }
 
 bool LV2Editor::show() {
   const Scope scope(*this);
-  if (!window_system_->connected() || !window_->realize())
+  if (gone_)
     return false;
   closed_ = false;
   window_->orderFront(nullptr);
@@ -158,6 +167,8 @@ bool LV2Editor::hide() {
 
 bool LV2Editor::resize(int width, int height) {
   const Scope scope(*this);
+  if (gone_)
+    return false;
   if (width <= 0 || height <= 0 || width > largest_extent || height > largest_extent) {
     NSLog("Ondex: the editor cannot be %d x %d pixels large.", width, height);
     return false;

@@ -71,6 +71,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   explicit LV2Editor(Host host);
   bool makeWindow(const std::string& resources);
   cocoa::NSSize pixelSize() const;
+  bool windowShouldClose(cocoa::NSWindow* window) override;
   void windowWillClose(cocoa::NSWindow* window) override;
 
   void write(unsigned parameter, float value);
@@ -97,7 +98,9 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   uint64_t window_number_ = 0;
   bool first_idle_ = true;
   bool turning_ = false;
-  bool closed_ = false;
+  bool user_closes_ = false;
+  bool closed_ = false;  ///< by the user, or gone
+  bool gone_ = false;    ///< destroyed by others, or with its display
 };
 
 }  // namespace ondex
