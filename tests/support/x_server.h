@@ -23,6 +23,7 @@ class Child {
   Child& operator=(const Child&) = delete;
 
   bool running();
+  pid_t process() const { return process_; }
   /// Without warning, as a crash would.
   void kill();
 
@@ -41,6 +42,7 @@ class XServer {
 
   /// As in $DISPLAY; empty when the server did not start.
   const std::string& display() const { return display_; }
+  pid_t process() const { return server_->process(); }
   void kill() { server_->kill(); }
 
  private:

@@ -1,0 +1,231 @@
+// Editors that come and go, and hosts and servers that go before them.
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+
+#include "host_fixture.h"
+
+namespace ondex::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// Several editors, each in a window of its own.
+class Lifetimes : public HostTest {
+ protected:
+  std::unique_ptr<Host> openAnother(int index = 0) {
+    auto another = std::make_unique<Host>(object.descriptor());
+    const xcb_window_t window = user.make_window(10 * index, 10 * index, editor_width, editor_height);
+    user.map(window);
+    parents.push_back(window);
+    EXPECT_TRUE(another->open({.parent = window}));
+    return another;
+  }
+  /// The place that the next client of the server gets: the lowest that is free.
+  uint32_t nextClient() const {
+    const test_support::XClient next(server.display());
+    return xcb_get_setup(next.connection())->resource_id_base;
+  }
+  std::vector<xcb_window_t> parents;
+};
+
+size_t open_descriptors() {
+  const std::filesystem::directory_iterator entries("/proc/self/fd");
+  return static_cast<size_t>(std::distance(begin(entries), end(entries)));
+}
+
+/// In KiB.
+size_t resident_memory() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    size_t size = 0;
+    if (word == "VmRSS:" && status >> size)
+      return size;
+  }
+  return 0;
+}
+
+TEST_F(Lifetimes, the_parent_may_be_destroyed_before_cleanup) {
+  open();
+  user.destroy(parent);
+  host.close();
+  EXPECT_THAT(host.log(), IsEmpty());
+}
+
+TEST_F(Lifetimes, after_the_parents_end_idle_says_that_it_is_over_and_nothing_else_happens) {
+  open();
+  user.destroy(parent);
+  ASSERT_TRUE(host.idleUntil([this] { return host.idle() != 0; }));
+  host.set(depth_port, 0.3F);
+  host.idleFor(0.1);
+  EXPECT_NE(host.show(), 0);
+  EXPECT_EQ(host.hide(), 0);
+  EXPECT_NE(host.resize(430, 176), 0);
+  host.close();
+  EXPECT_THAT(host.told(), IsEmpty());
+}
+
+TEST_F(Lifetimes, the_parent_may_never_be_mapped) {
+  parent = user.make_window(200, 100, editor_width, editor_height);
+  ASSERT_TRUE(host.open({.parent = parent}));
+  host.set(depth_port, 0.3F);
+  host.idleFor(0.2);
+  EXPECT_FALSE(user.viewable(host.window()));
+  EXPECT_EQ(host.idle(), 0);
+  host.close();
+  EXPECT_THAT(user.children(parent), IsEmpty());
+  EXPECT_THAT(host.log(), IsEmpty());
+}
+
+TEST_F(Lifetimes, what_changed_while_the_host_was_hidden_shows_when_it_is_back) {
+  open();
+  const auto before = picture(host.window());
+  user.unmap(parent);
+  host.idleFor(0.4);
+  host.set(depth_port, 0.9F);
+  host.idleFor(0.4);
+  user.map(parent);
+  host.idleFor(0.4);
+  const auto after = picture(host.window());
+  ASSERT_THAT(after, SizeIs(before.size()));
+  EXPECT_FALSE(after == before);
+  EXPECT_EQ(std::count(after.begin(), after.end(), 0x000000U), std::count(after.begin(), after.end(), 0U));
+  host.set(depth_port, 0.5F);
+  host.idleFor(0.2);
+  EXPECT_TRUE(picture(host.window()) == before) << "nothing is left out";
+}
+
+TEST_F(Lifetimes, the_server_may_be_killed) {
+  open();
+  point(on_depth);
+  settle();
+  user.press(1);
+  settle();
+  point({on_depth.x, on_depth.y - 30});
+  settle();
+  ASSERT_FALSE(host.writes().empty());
+  server.kill();
+  ASSERT_TRUE(host.idleUntil([this] { return host.idle() != 0; }));
+  EXPECT_EQ(host.told().back().kind, Told::end);
+  host.set(depth_port, 0.1F);
+  host.idle();
+  EXPECT_NE(host.show(), 0);
+  host.close();
+  EXPECT_TRUE(host.logHas("connection"));
+}
+
+TEST_F(Lifetimes, without_a_display_there_is_no_editor) {
+  setenv("DISPLAY", ":4711", 1);
+  EXPECT_FALSE(host.open({.parent = 1}));
+  EXPECT_TRUE(host.logHas("There is no X display"));
+}
+
+TEST_F(Lifetimes, ten_editors_are_closed_in_any_order) {
+  std::vector<std::unique_ptr<Host>> hosts;
+  for (int i = 0; i < 10; ++i)
+    hosts.push_back(openAnother(i));
+  for (size_t i = 0; i < hosts.size(); ++i)
+    hosts[i]->set(depth_port, static_cast<float>(i) / 10);
+  for (const size_t closed : {3U, 0U, 9U, 4U, 1U, 8U, 2U, 7U}) {
+    for (auto& each : hosts) {
+      if (each)
+        each->idle();
+    }
+    hosts[closed]->close();
+    hosts[closed].reset();
+    EXPECT_TRUE(test_support::wait_until([&] { return user.children(parents[closed]).empty(); }));
+  }
+  // The two that are left are as alive as ever, and do not hear of each other.
+  for (const size_t left : {5U, 6U}) {
+    user.raise(parents[left]);
+    hosts[left]->set(depth_port, 0.5F);
+    hosts[left]->idleFor(0.1);
+    const auto place = user.geometry(hosts[left]->window());
+    user.point(place.x + on_depth.x, place.y + on_depth.y);
+    hosts[left]->idleFor(0.05);
+    user.click(4);
+    hosts[5]->idleFor(0.05);
+    hosts[6]->idleFor(0.05);
+    EXPECT_THAT(hosts[left]->writes(), SizeIs(1));
+    EXPECT_THAT(hosts[left == 5 ? 6 : 5]->writes(), SizeIs(left == 5 ? 0 : 1));
+  }
+}
+
+TEST_F(Lifetimes, one_hosts_idle_does_nothing_for_another_editor) {
+  open();
+  const auto other = openAnother(1);
+  user.destroy(parents[0]);
+  user.sync();
+  for (int i = 0; i < 20; ++i)
+    EXPECT_EQ(host.idle(), 0);
+  EXPECT_THAT(other->log(), IsEmpty());
+  EXPECT_TRUE(other->idleUntil([&] { return other->idle() != 0; }));
+  EXPECT_EQ(host.idle(), 0);
+}
+
+TEST_F(Lifetimes, opening_and_closing_leaves_nothing_behind) {
+  const auto cycle = [this](int number) {
+    Host each(object.descriptor());
+    const xcb_window_t window = user.make_window(0, 0, editor_width, editor_height);
+    user.map(window);
+    ASSERT_TRUE(each.open({.parent = window}));
+    each.set(depth_port, 0.7F);
+    each.idle();
+    // A picture costs more than all the rest, so not all have one.
+    if (number % 10 == 0)
+      each.idleFor(0.02, 5);
+    if (number % 2 == 0)
+      user.destroy(window);
+    each.close();
+    if (number % 2 != 0)
+      user.destroy(window);
+  };
+  for (int i = 0; i < 200; ++i)
+    cycle(i);
+  const size_t descriptors = open_descriptors();
+  const size_t memory = resident_memory();
+  const uint32_t client = nextClient();
+  const size_t windows = user.children(user.root()).size();
+  for (int i = 0; i < 1000; ++i)
+    cycle(i);
+  EXPECT_EQ(open_descriptors(), descriptors);
+  EXPECT_EQ(nextClient(), client);
+  EXPECT_EQ(user.children(user.root()).size(), windows);
+#ifndef ONDEX_SANITIZED
+  // The sanitizer keeps what was freed for a while.
+  EXPECT_LT(resident_memory(), memory + 512) << "KiB";
+#endif
+}
+
+TEST_F(Lifetimes, the_object_may_be_unloaded_and_loaded_again) {
+  for (int i = 0; i < 3; ++i) {
+    const UiObject again;
+    Host each(again.descriptor());
+    const xcb_window_t window = user.make_window(0, 0, editor_width, editor_height);
+    user.map(window);
+    ASSERT_TRUE(each.open({.parent = window}));
+    each.idleFor(0.03);
+    each.close();
+    user.destroy(window);
+  }
+}
+
+TEST_F(Lifetimes, idle_calls_and_values_may_come_from_inside_a_write) {
+  open();
+  host.on_write = [this](uint32_t port, float value) {
+    host.set(port, value);
+    host.idle();
+  };
+  drag(on_depth, 0, -40);
+  EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
+  EXPECT_THAT(host.log(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ondex::test
