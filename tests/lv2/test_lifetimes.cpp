@@ -189,7 +189,7 @@ TEST_F(Lifetimes, opening_and_closing_leaves_nothing_behind) {
   for (int i = 0; i < 200; ++i)
     cycle(i);
   const size_t descriptors = open_descriptors();
-  const size_t memory = resident_memory();
+  [[maybe_unused]] const size_t memory = resident_memory();
   const uint32_t client = nextClient();
   const size_t windows = user.children(user.root()).size();
   for (int i = 0; i < 1000; ++i)
