@@ -83,5 +83,26 @@ TEST_F(FitTest, ASizeWithoutAreaIsSurvived) {
   EXPECT_EQ(shown().shownPixel(25, 20), red);
 }
 
+TEST_F(FitTest, AWindowAboveItLiesWhereTheContentHasItAndIsScaledToo) {
+  HeadlessWindow& below = shown();
+  below.resize({300, 160});
+  turn();
+  const auto child = make<NSWindow>(NSMakeRect(30, 20, 40, 10), NSBorderlessWindowMask);
+  const auto view = make<Pointed>(NSMakeRect(0, 0, 40, 10), green, true);
+  child->setContentView(view.get());
+  window->addChildWindow_ordered(child.get(), NSWindowAbove);
+  turn();
+  const NSPoint origin = below.frame().origin;
+  // 50 points of margin, then twice the content's 30.
+  EXPECT_EQ(child->platformWindow()->frame(), NSMakeRect(origin.x + 110, origin.y + 40, 80, 20));
+  EXPECT_EQ(child->backingScaleFactor(), 2.0);
+  EXPECT_EQ(view->frame(), NSMakeRect(0, 0, 40, 10));
+  below.resize({100, 80});
+  turn();
+  turn();
+  EXPECT_EQ(child->platformWindow()->frame(), NSMakeRect(origin.x + 30, origin.y + 20, 40, 10));
+  EXPECT_EQ(child->backingScaleFactor(), 1.0);
+}
+
 }  // namespace
 }  // namespace cocoa
