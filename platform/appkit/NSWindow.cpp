@@ -225,12 +225,15 @@ NSPoint NSWindow::convertScreenToBase(NSPoint point) const {
   return {point.x - frame_.origin.x, point.y - frame_.origin.y};
 }
 
-NSRect NSWindow::convertRectToScreen(NSRect rect) const {
-  const NSPoint origin = platform_ ? platform_->screenFrame().origin : frame_.origin;
+NSRect NSWindow::screenBounds() const {
+  if (!platform_)
+    return {};
+  const NSRect screen = platform_->screenBounds();
+  const NSPoint origin = platform_->screenFrame().origin;
   const auto fit = static_cast<CGFloat>(fit_);
-  return NSMakeRect(origin.x + (rect.origin.x + fit_origin_.x) * fit,
-                    origin.y + (rect.origin.y + fit_origin_.y) * fit, rect.size.width * fit,
-                    rect.size.height * fit);
+  return NSMakeRect(frame_.origin.x + (screen.origin.x - origin.x) / fit - fit_origin_.x,
+                    frame_.origin.y + (screen.origin.y - origin.y) / fit - fit_origin_.y,
+                    screen.size.width / fit, screen.size.height / fit);
 }
 
 bool NSWindow::makeFirstResponder(NSResponder* responder) {

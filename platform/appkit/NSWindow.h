@@ -117,9 +117,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   NSPoint convertBaseToScreen(NSPoint point) const;
   NSPoint convertScreenToBase(NSPoint point) const;
-  /// Where a rectangle of the content is on the screen at this moment. Asks the window system, which is the
-  /// only one to know of an editor inside a host's window.
-  NSRect convertRectToScreen(NSRect rect) const;
+  /// The screen in the points of frame(): where a borderless child may lie and be seen. Asks the window
+  /// system, which is the only one to know of an editor inside a host's window. Empty without its window.
+  NSRect screenBounds() const;
 
   /// The event that is being delivered; null at other times.
   NSEvent* currentEvent() const { return current_event_; }

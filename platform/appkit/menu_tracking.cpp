@@ -6,6 +6,7 @@
 
 #include "appkit/NSEvent.h"
 #include "appkit/NSPopUpButtonCell.h"
+#include "quartz/CGWindowLevel.h"
 
 namespace cocoa {
 
@@ -41,8 +42,6 @@ class MenuWindow : public NSWindow {
   using NSWindow::NSWindow;
   bool canBecomeKeyWindow() const override { return true; }
 };
-
-constexpr int pop_up_menu_level = 101;
 
 std::string in_lower_case(std::string_view text) {
   std::string lower(text);
@@ -84,13 +83,13 @@ bool MenuTracking::open(NSRect frame, NSView& view) {
   const NSPopUpButtonCell& cell = *cell_.get();
   list_ = make<MenuList>(*cell.menu());
   const int selected = cell.indexOfSelectedItem();
-  control_unit_ = parent->convertRectToScreen({{0, 0}, {1, 1}});
-  const NSRect control = parent->convertRectToScreen(view.convertRect_toView(frame, nullptr));
+  const NSRect in_window = view.convertRect_toView(frame, nullptr);
+  const NSRect control = {parent->convertBaseToScreen(in_window.origin), in_window.size};
   const MenuPlace place = place_menu(control, list_->naturalSize(), list_->middleOf(std::max(0, selected)),
-                                     parent->platformWindow()->screenBounds());
+                                     parent->screenBounds());
   window_ = make<MenuWindow>(place.frame, NSBorderlessWindowMask);
   window_->setContentView(list_.get());
-  window_->setLevel(pop_up_menu_level);
+  window_->setLevel(CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey));
   list_->scrollTo(place.scrolled);
   list_->setHighlighted(selected);
   parent->addChildWindow_ordered(window_.get(), NSWindowAbove);
@@ -182,13 +181,8 @@ void MenuTracking::windowDidResignKey(NSWindow*) {
   close();
 }
 
-NSPoint MenuTracking::onScreen(const NSEvent* event) const {
-  const NSPoint where = event->locationInWindow();
-  if (event->window() == window_.get())
-    return window_->convertBaseToScreen(where);
-  // Both extents are the window's fit: how much larger than the screen's points its own are.
-  return {NSMinX(control_unit_) + where.x * NSWidth(control_unit_),
-          NSMinY(control_unit_) + where.y * NSHeight(control_unit_)};
+NSPoint MenuTracking::onScreen(const NSEvent* event) {
+  return event->window()->convertBaseToScreen(event->locationInWindow());
 }
 
 NSPoint MenuTracking::inList(const NSEvent* event) const {

@@ -62,7 +62,8 @@ class MenuTracking : public NSObject, private NSWindowDelegate, private EventTra
   /// Takes the item that is lit, if it may be.
   void chooseLit();
   NSPoint inList(const NSEvent* event) const;
-  NSPoint onScreen(const NSEvent* event) const;
+  /// In the points in which the control's window and the list lie.
+  static NSPoint onScreen(const NSEvent* event);
 
   WeakRef<NSPopUpButtonCell> cell_;
   std::function<void()> closed_;
@@ -70,8 +71,6 @@ class MenuTracking : public NSObject, private NSWindowDelegate, private EventTra
   WeakRef<NSView> view_;
   Ref<NSWindow> window_;
   Ref<MenuList> list_;
-  /// A unit square of the control's window as it was on the screen when the list opened.
-  NSRect control_unit_;
 
   bool holds_press_ = false;  ///< the press that opened the list goes on
   bool has_moved_ = false;    ///< away from where it began
