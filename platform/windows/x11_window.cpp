@@ -64,7 +64,10 @@ bool X11Window::create() {
     if (!host)
       return false;
     parent_height_ = host->height;
-    place({{}, size_});
+    // Hosts built on Qt make a large window and shrink it round us when they know our size: only the upper
+    // left corner stays inside.
+    x_ = 0;
+    y_ = 0;
     constexpr uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(c, host_, XCB_CW_EVENT_MASK, &structure);
   }

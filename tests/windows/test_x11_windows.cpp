@@ -246,6 +246,18 @@ TEST_F(X11Embedding, StaysInTheUpperLeftCornerOfAHostThatGrowsLater) {
   EXPECT_EQ(window->frame(), NSMakeRect(0, 20, 260, 180));
 }
 
+TEST_F(X11Embedding, LiesInTheUpperLeftCornerOfAHostThatShrinksLater) {
+  const xcb_window_t host = user.make_window(0, 0, 640, 480);
+  window = system->makeWindow({.kind = WindowKind::embedded, .frame = {{}, {260, 180}}, .host_window = host},
+                              recorder);
+  EXPECT_EQ(user.geometry(id(*window)), (XClient::Geometry{0, 0, 260, 180}));
+  EXPECT_EQ(window->frame(), NSMakeRect(0, 300, 260, 180));
+  user.resize(host, 260, 180);
+  settle();
+  EXPECT_EQ(user.geometry(id(*window)), (XClient::Geometry{0, 0, 260, 180}));
+  EXPECT_EQ(window->frame(), NSMakeRect(0, 0, 260, 180));
+}
+
 TEST_F(X11Embedding, NoticesThatTheHostHidesItsWindows) {
   const xcb_window_t host = user.make_window(0, 0, 260, 180);
   user.map(host);
