@@ -1,0 +1,61 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "child_process.h"
+#include "picture.h"
+#include "temporary_folder.h"
+#include "x_client.h"
+#include "x_server.h"
+
+namespace ondex::test {
+
+/// A desktop with window manager and sound server of its own, where jalv finds the plug-in with other
+/// defaults than the editor's own, a depth of 0.25, and a preset.
+class JalvDesktop {
+ public:
+  JalvDesktop();
+  /// Whether everything started that jalv needs.
+  bool ready() const { return ready_; }
+
+  /// Qt opens no window wider than two thirds of the screen.
+  test_support::XServer server{{"-screen", "0", "1600x1000x24"}};
+  test_support::XClient user{server.display()};
+
+  /// Runs `program`, which is jalv.gtk3 or jalv.qt5, with the plug-in.
+  std::unique_ptr<ChildProcess> run(const std::string& program);
+  /// Waits for so many editors on the screen; their windows, as they were opened. Fewer when they do not
+  /// come.
+  std::vector<xcb_window_t> editors(size_t count);
+  /// The window of jalv's own that holds an editor.
+  xcb_window_t top_level_of(xcb_window_t editor);
+
+  /// Waits until an editor is, pixel by pixel, what the program `ondex` draws for these values.
+  bool shows(xcb_window_t editor, const std::vector<std::string>& changes);
+  /// Waits until the effect of a JACK client plays with this depth, a number as text.
+  bool plays_depth(const std::string& client, double depth);
+
+  void drag_depth(xcb_window_t editor, int points_up);
+  /// From jalv's menu.
+  void choose_preset(xcb_window_t editor);
+  void close(xcb_window_t editor) { user.send_protocol(top_level_of(editor), "WM_DELETE_WINDOW"); }
+
+ private:
+  std::map<std::string, std::optional<std::string>> environment() const;
+  std::vector<xcb_window_t> editors_now();
+  void collect(xcb_window_t window, std::vector<xcb_window_t>& found);
+  Picture grab(xcb_window_t window);
+  Picture reference(const std::vector<std::string>& changes);
+  void write_bundles() const;
+
+  TemporaryFolder folder_;
+  test_support::WindowManager manager_{server.display()};
+  std::unique_ptr<ChildProcess> sound_;
+  std::map<std::vector<std::string>, Picture> references_;
+  bool ready_ = false;
+};
+
+}  // namespace ondex::test
