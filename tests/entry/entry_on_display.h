@@ -33,6 +33,7 @@ class EntryOnDisplay : public EditorFixture {
   void start_manager() {
     manager = std::make_unique<test_support::WindowManager>(server.display());
     ASSERT_TRUE(manager->started());
+    user.share_with_manager();
   }
   /// In a host's window when there is one, else in a titled window.
   void show_editor(xcb_window_t host = XCB_WINDOW_NONE) {

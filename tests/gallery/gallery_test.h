@@ -30,6 +30,7 @@ class GalleryTest : public testing::TestWithParam<bool> {
     if (GetParam()) {
       manager = std::make_unique<test_support::WindowManager>(server.display());
       ASSERT_TRUE(manager->started());
+      user.share_with_manager();
     }
     // Out of the way, so that nothing is entered or left by chance.
     user.point(1200, 20);

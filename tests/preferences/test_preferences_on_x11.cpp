@@ -25,6 +25,7 @@ class PreferencesOnX11 : public EditorFixture, public testing::WithParamInterfac
     if (GetParam() == Screen::with_manager) {
       manager = std::make_unique<test_support::WindowManager>(server.display());
       ASSERT_TRUE(manager->started());
+      user.share_with_manager();
     }
     system = make_x11_window_system(server.display().c_str(), 1.0);
     ASSERT_TRUE(system);

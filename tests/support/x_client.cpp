@@ -82,6 +82,8 @@ void XClient::point(int x, int y) {
 }
 void XClient::press(int button) {
   fake(XCB_BUTTON_PRESS, button);
+  if (managed_)
+    wait_for_manager();
 }
 void XClient::release(int button) {
   fake(XCB_BUTTON_RELEASE, button);

@@ -27,6 +27,9 @@ class XClient {
 
   // The user's hands, through XTEST. Positions are on the screen.
   void point(int x, int y);
+  /// A window manager looks at a press before a program is given it, and holds back all that comes behind:
+  /// from now on a press waits until it has let go.
+  void share_with_manager() { managed_ = true; }
   /// 1 left, 2 middle, 3 right, 4 to 7 the wheel: up, down, left, right.
   void press(int button);
   void release(int button);
@@ -93,6 +96,7 @@ class XClient {
   xcb_connection_t* connection_;
   xcb_window_t root_ = 0;
   uint32_t pings_ = 0;
+  bool managed_ = false;
 };
 
 }  // namespace test_support
