@@ -133,7 +133,8 @@ TEST_F(WindowControllerTest, WithoutItsFileItHasNoWindowAndSaysWhy) {
 }
 
 TEST_F(WindowControllerTest, AFileThatConnectsNoWindowIsRefused) {
-  write(document(palette_attributes, palette_style, ""));
+  // One that is released when it closes would wait for that.
+  write(document(R"(title="Palette" releasedWhenClosed="NO" visibleAtLaunch="NO")", palette_style, ""));
   const auto controller = make<PaletteController>();
   EXPECT_EQ(controller->window(), nullptr);
   EXPECT_THAT(log, ElementsAre(HasSubstr("connects no window")));
