@@ -70,8 +70,11 @@ TEST_F(X11Manager, LetsAPopupTakeTheKeyboardAndGiveItBack) {
 
 TEST_F(X11Manager, HidesAnIconifiedWindowAndShowsItAgain) {
   PlatformWindow& w = open();
+  EXPECT_TRUE(user.wait_for_manager());
   user.iconify(id(w));
   EXPECT_TRUE(until([&] { return !w.viewable(); }));
+  // It goes on with the icon after the window has gone.
+  EXPECT_TRUE(user.wait_for_manager());
   user.map(id(w));
   EXPECT_TRUE(until([&] { return w.viewable(); }));
 }
