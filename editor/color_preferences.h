@@ -31,8 +31,8 @@ void synchronize_color_preferences();
 /// tried again.
 void refresh_color_preferences();
 
-/// Stores both defaults unless both keys are present in the store as it is now: one alone is a store that somebody half cleared, and is
-/// overwritten too.
+/// Stores both defaults unless both keys are present in the store as it is now: one alone is a store that
+/// somebody half cleared, and is overwritten too.
 void seed_color_preferences();
 
 }  // namespace ondex
