@@ -236,6 +236,9 @@ void X11Window::hide() {
   releasePointer();
   giveKeyBack();
   shown_ = false;
+  // The server's word for it may come only after the window has been shown again.
+  mapped_ = false;
+  obscured_ = false;
   wants_key_ = false;
   xcb_unmap_window(connection_.get(), id_);
   if (isManageable())
