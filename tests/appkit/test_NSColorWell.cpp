@@ -2,10 +2,8 @@
 
 #include "appkit/NSColorPanel.h"
 #include "appkit/NSColorWell.h"
-#include "appkit/color_entry.h"
-#include "appkit/hsb.h"
+#include "color_components.h"
 #include "drawn_view.h"
-#include "foundation/NSLog.h"
 #include "window_fixture.h"
 
 namespace cocoa {
@@ -16,71 +14,6 @@ using ondex::test::Pixel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-/// What is lost on the way through components of the platform's width.
-constexpr double rounding = sizeof(CGFloat) == sizeof(float) ? 1e-6 : 1e-9;
-
-Ref<NSColor> rgb(double r, double g, double b) {
-  return NSColor::colorWithDeviceRed_green_blue_alpha(static_cast<CGFloat>(r), static_cast<CGFloat>(g),
-                                                      static_cast<CGFloat>(b), 1);
-}
-
-std::vector<double> components(const NSColor& color) {
-  return {static_cast<double>(color.redComponent()), static_cast<double>(color.greenComponent()),
-          static_cast<double>(color.blueComponent())};
-}
-
-void expect_color(const NSColor& color, double r, double g, double b) {
-  EXPECT_THAT(components(color), testing::Pointwise(testing::DoubleNear(rounding), {r, g, b}));
-}
-
-// Hue, saturation and brightness
-
-TEST(HsbColor, IsRedGreenAndBlueAtThirdsOfTheCircle) {
-  expect_color(*color_of({0, 1, 1}), 1, 0, 0);
-  expect_color(*color_of({1.0 / 6, 1, 1}), 1, 1, 0);
-  expect_color(*color_of({1.0 / 3, 1, 1}), 0, 1, 0);
-  expect_color(*color_of({0.5, 1, 1}), 0, 1, 1);
-  expect_color(*color_of({2.0 / 3, 1, 1}), 0, 0, 1);
-  expect_color(*color_of({5.0 / 6, 1, 1}), 1, 0, 1);
-  expect_color(*color_of({1, 1, 1}), 1, 0, 0);
-  // Half as bright and half as pure: 0.5 and 0.5 (1 - 0.5).
-  expect_color(*color_of({0, 0.5, 0.5}), 0.5, 0.25, 0.25);
-}
-
-TEST(HsbColor, ComesBackFromItsColor) {
-  for (const double hue : {0.02, 0.2, 0.4, 0.6, 0.8, 0.98}) {
-    for (const double saturation : {0.1, 0.5, 1.0}) {
-      for (const double brightness : {0.1, 0.7, 1.0}) {
-        const Hsb back = hsb_of(*color_of({hue, saturation, brightness}), {});
-        EXPECT_NEAR(back.hue, hue, rounding);
-        EXPECT_NEAR(back.saturation, saturation, rounding);
-        EXPECT_NEAR(back.brightness, brightness, rounding);
-      }
-    }
-  }
-}
-
-TEST(HsbColor, WhatAGreyOrBlackLeavesOpenStays) {
-  const Hsb before = {0.4, 0.6, 0.8};
-  EXPECT_EQ(hsb_of(*rgb(0.5, 0.5, 0.5), before), (Hsb{0.4, 0, 0.5}));
-  EXPECT_EQ(hsb_of(*rgb(0, 0, 0), before), (Hsb{0.4, 0.6, 0}));
-  EXPECT_EQ(hsb_of(*rgb(1, 0, 0), {1, 0.5, 0.5}), (Hsb{1, 1, 1})) << "the upper red stays the upper one";
-}
-
-TEST(HexColor, WritesSixDigitsAndReadsThreeOrSix) {
-  const HexColorFormatter hex;
-  EXPECT_EQ(hex.stringFromNumber(double{0x0026CC}), "#0026CC");
-  EXPECT_EQ(hex.stringFromNumber(0.0), "#000000");
-  EXPECT_EQ(hex.numberFromString("#0026cc"), 0x0026CC);
-  EXPECT_EQ(hex.numberFromString(" FFFFFF "), 0xFFFFFF);
-  EXPECT_EQ(hex.numberFromString("#8af"), 0x88AAFF);
-  for (const char* text :
-       {"", "#", "#12", "#1234", "#12345", "#1234567", "#12345g", "0x1234", "-12345", "# 12345"})
-    EXPECT_EQ(hex.numberFromString(text), std::nullopt) << text;
-}
-
-// The well
 
 class Listener : public NSObject {
  public:
