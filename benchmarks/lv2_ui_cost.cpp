@@ -4,7 +4,6 @@
 //   lv2_ui_cost [seconds a measurement]
 
 #include <poll.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <numbers>
@@ -92,9 +92,9 @@ class Stage {
     for (uint32_t port = first_port; port < first_port + ports; ++port)
       host.set(port, port == depth_port ? 0.25F : 3.0F);
     // The whole picture comes at once, so one pixel tells.
-    do
+    do {
       host.idle();
-    while (user_.pixel(host.window(), 5, 5).value_or(0) == 0);
+    } while (user_.pixel(host.window(), 5, 5).value_or(0) == 0);
     return Seconds(steady_clock::now() - begin).count() * 1e3;
   }
   void clear(Host& host) {
@@ -175,7 +175,7 @@ void print_first(const std::string& display) {
   std::array<std::vector<double>, 4> columns;
   for (int i = 0; i < 7; ++i) {
     ondex::test::ChildProcess process(
-        {{std::filesystem::read_symlink("/proc/self/exe").string(), "--first"}, {{"DISPLAY", display}}});
+        {{std::filesystem::read_symlink("/proc/self/exe").string(), "--first", display}, {}});
     process.wait_for_exit();
     std::istringstream numbers(process.output());
     for (auto& column : columns) {
@@ -242,8 +242,8 @@ void print_size() {
 
 int main(int argc, char** argv) {
   const ondex::test::OwnPreferences preferences;
-  if (argc > 1 && std::strcmp(argv[1], "--first") == 0)
-    return measure_first(std::getenv("DISPLAY"));
+  if (argc > 2 && std::strcmp(argv[1], "--first") == 0)
+    return measure_first(argv[2]);
   double seconds = 10;
   if (argc > 1)
     std::from_chars(argv[1], argv[1] + std::strlen(argv[1]), seconds);

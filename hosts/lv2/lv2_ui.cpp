@@ -2,6 +2,7 @@
 
 #include <lv2/ui/ui.h>
 
+#include <bit>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -39,7 +40,8 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* plugin, const char
       LV2Editor::open({write, controller, read_features(features), log}, folder + separator + "resources");
   if (!editor)
     return nullptr;
-  *widget = reinterpret_cast<LV2UI_Widget>(static_cast<uintptr_t>(editor->window()));
+  // The window's number, in a pointer's clothes.
+  *widget = std::bit_cast<LV2UI_Widget>(static_cast<uintptr_t>(editor->window()));
   return editor.release();
 }
 

@@ -67,7 +67,7 @@ class Ground : public NSView {
   bool isOpaque() const override { return true; }
   void drawRect(NSRect) override {
     CGContextRef context = NSGraphicsContext::currentContext()->graphicsPort();
-    constexpr CGFloat grey = CGFloat(0.22);
+    constexpr auto grey = CGFloat(0.22);
     CGContextSetRGBFillColor(context, grey, grey, grey, 1);
     CGContextFillRect(context, bounds());
     const auto style = NSMutableParagraphStyle::defaultParagraphStyle();

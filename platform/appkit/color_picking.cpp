@@ -168,7 +168,7 @@ void HueView::pick(NSEvent* event) {
 
 void HueView::drawRect(NSRect) {
   CGContextRef context = port();
-  const CGFloat half = CGFloat(0.5);
+  const auto half = CGFloat(0.5);
   CGContextSaveGState(context);
   clip_to_rounded(context, bounds(), corner);
   paint(context, {half, half}, {half, NSHeight(bounds()) - half}, hue_evaluate, nullptr);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <span>
 
 #include "quartz/context.h"
 #include "quartz/text_layout.h"
@@ -140,9 +141,11 @@ std::vector<TextSpan> text_spans(std::string_view utf8, const TextStyle& style, 
   pango_layout_line_get_x_ranges(unwrapped_line(utf8, style), static_cast<int>(start), static_cast<int>(end),
                                  &ranges, &count);
   const std::unique_ptr<int, decltype(&g_free)> owned(ranges, &g_free);
+  const std::span<const int> edges(ranges, 2 * static_cast<size_t>(count));
   std::vector<TextSpan> spans;
-  for (int i = 0; i < count; ++i)
-    spans.push_back({points(ranges[2 * i]), points(ranges[2 * i + 1])});
+  spans.reserve(edges.size() / 2);
+  for (size_t i = 0; i < edges.size(); i += 2)
+    spans.push_back({points(edges[i]), points(edges[i + 1])});
   return spans;
 }
 

@@ -4,6 +4,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <bit>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
@@ -62,9 +63,10 @@ bool Host::open(const Offer& offer) {
   auto log_data = std::make_unique<LV2_Log_Log>(LV2_Log_Log{this, print, printList});
   std::vector<LV2_Options_Option> options = offer.more_options;
   const auto add_number = [&](const char* key, const std::optional<float>& value) {
-    if (value)
+    if (value) {
       options.push_back(
           {LV2_OPTIONS_INSTANCE, 0, number(key), sizeof(float), number(LV2_ATOM__Float), &*value});
+    }
   };
   add_number(LV2_UI__scaleFactor, offer.scale);
   add_number(LV2_UI__updateRate, offer.update_rate);
@@ -76,7 +78,7 @@ bool Host::open(const Offer& offer) {
       features.push_back({uri, data});
   };
   add(offer.parent.has_value(), LV2_UI__parent,
-      reinterpret_cast<void*>(static_cast<uintptr_t>(offer.parent.value_or(0))));
+      std::bit_cast<void*>(static_cast<uintptr_t>(offer.parent.value_or(0))));
   add(true, LV2_UI__idleInterface, nullptr);
   add(offer.touch, LV2_UI__touch, touch_data.get());
   add(offer.resize, LV2_UI__resize, resize_data.get());
@@ -84,10 +86,8 @@ bool Host::open(const Offer& offer) {
   add(offer.map, LV2_URID__map, map_data.get());
   add(offer.log, LV2_LOG__log, log_data.get());
   add(true, LV2_OPTIONS__options, options.data());
-  std::vector<const LV2_Feature*> list;
-  for (const LV2_Feature& feature : features)
-    list.push_back(&feature);
-  list.push_back(nullptr);
+  std::vector<const LV2_Feature*> list(features.size() + 1);  // and a null at the end
+  std::transform(features.begin(), features.end(), list.begin(), [](const auto& each) { return &each; });
 
   LV2UI_Widget widget = nullptr;
   handle_ = descriptor_->instantiate(descriptor_, plugin_uri.c_str(),
@@ -225,6 +225,7 @@ int Host::print(LV2_Log_Handle handle, LV2_URID type, const char* format, ...) {
 
 int Host::printList(LV2_Log_Handle handle, LV2_URID, const char* format, va_list arguments) {
   std::array<char, 1024> line{};
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it misses that whoever calls has begun the list
   const int length = std::vsnprintf(line.data(), line.size(), format, arguments);
   host_of(handle).log_.emplace_back(line.data());
   return length;

@@ -5,7 +5,6 @@
 namespace ondex::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using Gestures = HostTest;
 

@@ -1,18 +1,14 @@
 // Editors that come and go, and hosts and servers that go before them.
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <numeric>
 
 #include "host_fixture.h"
 
 namespace ondex::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -129,6 +125,7 @@ TEST_F(Lifetimes, without_a_display_there_is_no_editor) {
 
 TEST_F(Lifetimes, ten_editors_are_closed_in_any_order) {
   std::vector<std::unique_ptr<Host>> hosts;
+  hosts.reserve(10);
   for (int i = 0; i < 10; ++i)
     hosts.push_back(openAnother(i));
   for (size_t i = 0; i < hosts.size(); ++i)

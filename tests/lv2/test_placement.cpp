@@ -5,8 +5,6 @@
 namespace ondex::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 class Placement : public HostTest {
