@@ -6,7 +6,6 @@
 #include <lv2/urid/urid.h>
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>

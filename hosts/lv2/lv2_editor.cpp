@@ -88,8 +88,8 @@ bool LV2Editor::makeWindow(const std::string& resources) {
   const Ref<NSView> editor = make_editor(*bundle_, effect_->audio_unit());
   if (!editor)
     return false;
-  window_ = make<EditorWindow>(NSRect{features.parent == 0 ? first_origin : NSPoint{}, editor->frame().size},
-                               [this] { gestures_.released(); });
+  window_ = make<GestureWindow>(NSRect{features.parent == 0 ? first_origin : NSPoint{}, editor->frame().size},
+                                [this] { gestures_.released(); });
   window_->setWindowSystem(window_system_.get());
   window_->setHostWindow(features.parent);
   window_->setTitle(features.title.empty() ? "Ondex" : features.title);

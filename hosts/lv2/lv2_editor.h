@@ -1,11 +1,12 @@
 #pragma once
 
+#include <array>
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "appkit/NSWindow.h"
 #include "audio_unit/effect_instance.h"
@@ -14,8 +15,8 @@
 #include "foundation/NSBundle.h"
 #include "foundation/NSLog.h"
 #include "lv2_ui/echo_filter.h"
-#include "lv2_ui/editor_window.h"
 #include "lv2_ui/gesture_tracker.h"
+#include "lv2_ui/gesture_window.h"
 #include "lv2_ui/host_features.h"
 #include "windows/window_system.h"
 
@@ -94,7 +95,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   cocoa::Ref<cocoa::NSBundle> bundle_;
   std::unique_ptr<cocoa::WindowSystem> window_system_;
   cocoa::CFRunLoop::AttachmentRef dispatcher_;
-  cocoa::Ref<EditorWindow> window_;
+  cocoa::Ref<GestureWindow> window_;
   uint64_t window_number_ = 0;
   bool first_idle_ = true;
   bool turning_ = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "appkit/NSWindow.h"
@@ -7,11 +8,11 @@
 
 namespace ondex {
 
-/// The window of an editor: knows what the user does in it while the editor writes.
-class EditorWindow : public cocoa::NSWindow {
+/// An editor's window that knows by which gesture the editor writes.
+class GestureWindow : public cocoa::NSWindow {
  public:
   /// `released` is called when the button that was held in it has come up.
-  EditorWindow(cocoa::NSRect content_rect, std::function<void()> released);
+  GestureWindow(cocoa::NSRect content_rect, std::function<void()> released);
 
   void sendEvent(cocoa::NSEvent* event) override;
   /// A write that no event of this window has caused comes from a window above it: a number was typed there.

@@ -1,4 +1,4 @@
-#include "lv2_ui/editor_window.h"
+#include "lv2_ui/gesture_window.h"
 
 #include <utility>
 
@@ -24,10 +24,10 @@ std::optional<GestureKind> gesture_of(WindowEventType type) {
 
 }  // namespace
 
-EditorWindow::EditorWindow(NSRect content_rect, std::function<void()> released)
+GestureWindow::GestureWindow(NSRect content_rect, std::function<void()> released)
     : NSWindow(content_rect, NSTitledWindowMask | NSClosableWindowMask), released_(std::move(released)) {}
 
-void EditorWindow::sendEvent(NSEvent* event) {
+void GestureWindow::sendEvent(NSEvent* event) {
   const auto before = std::exchange(now_, gesture_of(event->type()));
   NSWindow::sendEvent(event);
   now_ = before;
