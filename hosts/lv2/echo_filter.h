@@ -10,14 +10,12 @@ namespace ondex {
 ///
 /// Hosts answer our writes at once, some ticks of theirs later, rounded, or never. A value that we have
 /// written a short time ago is such an answer: it must not reach the editor, which may be further on by then.
-/// What looks like an answer to a write that others of ours followed may yet be somebody's wish, so it is
-/// kept and let through when it turns out to be the host's last word. Times are in seconds of any one clock.
+/// What looks like an answer to a write before our last one may yet be somebody's wish, so it is kept and
+/// let through when it turns out to be the host's last word. Times are in seconds of any one clock.
 class EchoFilter {
  public:
-  /// Answers come within `memory`.
-  explicit EchoFilter(double memory = default_memory) : memory_(memory) {}
-  /// `span` of the parameter's range.
-  void setSpan(double span) { span_ = span; }
+  /// `span` of the parameter's range. Answers come within `memory`.
+  explicit EchoFilter(double span = 1, double memory = default_memory) : span_(span), memory_(memory) {}
 
   void wrote(float value, double now);
   /// The host says the value; it comes back when it is for the editor. Nothing is while the user has hold of
@@ -39,8 +37,8 @@ class EchoFilter {
   };
   bool matches(const Write& write, float value) const;
 
+  double span_;
   double memory_;
-  double span_ = 1;
   /// The last ones, in a circle: a drag makes more than an answer is ever late.
   std::array<Write, 128> writes_ = {};
   size_t count_ = 0;  ///< of all writes; the last one is at count_ - 1, modulo the size

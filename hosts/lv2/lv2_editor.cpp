@@ -44,7 +44,7 @@ class LV2Editor::Scope {
 
 std::unique_ptr<LV2Editor> LV2Editor::open(Host host, const std::string& resources) {
   std::unique_ptr<LV2Editor> editor(new LV2Editor(std::move(host)));
-  return editor->makeWindow(resources) ? std::move(editor) : nullptr;
+  return editor->connect() && editor->makeWindow(resources) ? std::move(editor) : nullptr;
 }
 
 LV2Editor::LV2Editor(Host host)
@@ -54,10 +54,8 @@ LV2Editor::LV2Editor(Host host)
   double memory = EchoFilter::default_memory;
   if (host_.features.update_rate > 0)
     memory = std::max(memory, late_updates / host_.features.update_rate);
-  for (const ParameterDescription& parameter : parameter_table) {
-    echoes_[parameter.number] = EchoFilter(memory);
-    echoes_[parameter.number].setSpan(parameter.maximum - parameter.minimum);
-  }
+  for (const ParameterDescription& parameter : parameter_table)
+    echoes_[parameter.number] = EchoFilter(parameter.maximum - parameter.minimum, memory);
 }
 
 LV2Editor::~LV2Editor() {
@@ -71,20 +69,22 @@ LV2Editor::~LV2Editor() {
   dispatcher_.reset();
 }
 
-bool LV2Editor::makeWindow(const std::string& resources) {
-  NSApplicationLoad();
-  const HostFeatures& features = host_.features;
-  {
-    const Scope scope(*this);
-    effect_ = std::make_unique<EffectInstance>(effect_parameters());
-    effect_->onWrite([this](AudioUnitParameterID id, Float32 value) { write(id, value); });
-    window_system_ = make_x11_window_system(nullptr, features.scale);
-    if (!window_system_)
-      return false;
-    dispatcher_ = loop_.addPoller([this] { return window_system_->dispatch(); });
-    bundle_ = make<NSBundle>(resources, bundle_classes());
-  }
+bool LV2Editor::connect() {
   const Scope scope(*this);
+  window_system_ = make_x11_window_system(nullptr, host_.features.scale);
+  if (!window_system_)
+    return false;
+  dispatcher_ = loop_.addPoller([this] { return window_system_->dispatch(); });
+  return true;
+}
+
+bool LV2Editor::makeWindow(const std::string& resources) {
+  const Scope scope(*this);
+  NSApplicationLoad();
+  effect_ = std::make_unique<EffectInstance>(effect_parameters());
+  effect_->onWrite([this](AudioUnitParameterID id, Float32 value) { write(id, value); });
+  bundle_ = make<NSBundle>(resources, bundle_classes());
+  const HostFeatures& features = host_.features;
   const Ref<NSView> editor = make_editor(*bundle_, effect_->audio_unit());
   if (!editor)
     return false;
@@ -103,21 +103,20 @@ bool LV2Editor::makeWindow(const std::string& resources) {
     window_->orderFront(nullptr);
   // Asks the display, and so waits until it has seen to everything: a host looks at the window at once.
   window_->platformWindow()->screenFrame();
-  if (features.resize) {
-    const NSSize size = pixelSize();
-    features.resize->ui_resize(features.resize->handle, static_cast<int>(size.width),
-                               static_cast<int>(size.height));
-  }
+  tellSize();
   return true;
 }
 
-NSSize LV2Editor::pixelSize() const {
+void LV2Editor::tellSize() const {
+  const auto& resize = host_.features.resize;
+  if (!resize)
+    return;
   const PlatformWindow& window = *window_->platformWindow();
-  const NSSize points = window.frame().size;
-  const auto extent = [&window](CGFloat length) {
-    return static_cast<CGFloat>(std::ceil(static_cast<double>(length) * window.scale()));
+  const auto pixels = [&window](CGFloat points) {
+    return static_cast<int>(std::ceil(static_cast<double>(points) * window.scale()));
   };
-  return {extent(points.width), extent(points.height)};
+  const NSSize size = window.frame().size;
+  resize->ui_resize(resize->handle, pixels(size.width), pixels(size.height));
 }
 
 bool LV2Editor::windowShouldClose(NSWindow*) {
@@ -227,6 +226,11 @@ std::optional<float> LV2Editor::checkedValue(uint32_t port, uint32_t size, uint3
     return std::nullopt;
   }
   std::memcpy(&value, buffer, sizeof value);
+  if (!std::isfinite(value)) {
+    if (isNew(Complaint::not_a_number, port))
+      NSLog("Ondex: the host's value for port %u is not a finite number.", port);
+    return std::nullopt;
+  }
   return value;
 }
 
@@ -241,11 +245,6 @@ void LV2Editor::portEvent(uint32_t port, uint32_t size, uint32_t format, const v
   const auto told = checkedValue(port, size, format, buffer);
   if (!told)
     return;
-  if (!std::isfinite(*told)) {
-    if (isNew(Complaint::not_a_number, port))
-      NSLog("Ondex: the host's value for port %u is not a finite number.", port);
-    return;
-  }
   const ParameterDescription& row = parameter_table[*parameter];
   const float value = std::clamp(*told, static_cast<float>(row.minimum), static_cast<float>(row.maximum));
   if (value != *told && isNew(Complaint::out_of_range, port)) {
@@ -253,17 +252,13 @@ void LV2Editor::portEvent(uint32_t port, uint32_t size, uint32_t format, const v
           static_cast<double>(value));
   }
   if (const auto news = echoes_[*parameter].heard(value, clock_.now(), gestures_.isOpen(*parameter)))
-    take(*parameter, *news);
-}
-
-void LV2Editor::take(unsigned parameter, float value) {
-  effect_->setFromHost(parameter, value);
+    effect_->setFromHost(*parameter, *news);
 }
 
 void LV2Editor::takeSettled() {
   for (unsigned parameter = 0; parameter < parameter_count; ++parameter) {
     if (const auto news = echoes_[parameter].settled(clock_.now(), gestures_.isOpen(parameter)))
-      take(parameter, *news);
+      effect_->setFromHost(parameter, *news);
   }
 }
 

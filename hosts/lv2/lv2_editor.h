@@ -70,19 +70,21 @@ class LV2Editor : private cocoa::NSWindowDelegate {
  private:
   class Scope;
   explicit LV2Editor(Host host);
+  /// To the display. False, after a line in the log, without one.
+  bool connect();
   bool makeWindow(const std::string& resources);
-  cocoa::NSSize pixelSize() const;
+  void tellSize() const;
   bool windowShouldClose(cocoa::NSWindow* window) override;
   void windowWillClose(cocoa::NSWindow* window) override;
 
   void write(unsigned parameter, float value);
   void tellTouch(unsigned parameter, bool begins);
-  void take(unsigned parameter, float value);
   void takeSettled();
   std::optional<unsigned> parameterOfPort(uint32_t port) const;
+  /// The event's float; none, after a line in the log, when it is not of a finite number.
   std::optional<float> checkedValue(uint32_t port, uint32_t size, uint32_t format, const void* buffer);
-  /// Whether something about a port is to be said: for the first time, and not of thousands of ports.
   enum class Complaint { port, format, size, not_a_number, out_of_range };
+  /// Whether that is to be said of the port: for the first time, and not of thousands of ports.
   bool isNew(Complaint complaint, uint32_t port);
 
   Host host_;

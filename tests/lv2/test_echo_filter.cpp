@@ -11,11 +11,10 @@ constexpr auto nothing = std::nullopt;
 
 class EchoFilterTest : public testing::Test {
  protected:
-  EchoFilterTest() { filter.setSpan(20); }
   std::optional<float> heard(double value, double now, bool held = false) {
     return filter.heard(static_cast<float>(value), now, held);
   }
-  EchoFilter filter;
+  EchoFilter filter{20};
 };
 
 TEST_F(EchoFilterTest, what_nobody_has_written_passes) {
@@ -69,8 +68,7 @@ TEST_F(EchoFilterTest, a_late_return_to_an_old_value_passes) {
 }
 
 TEST_F(EchoFilterTest, a_host_that_updates_slowly_is_remembered_longer) {
-  filter = EchoFilter(5);
-  filter.setSpan(20);
+  filter = EchoFilter(20, 5);
   filter.wrote(4, 0);
   EXPECT_EQ(heard(4, 4.9), nothing);
 }
