@@ -117,9 +117,7 @@ void Host::event(uint32_t port, uint32_t size, uint32_t format, const void* data
 }
 
 int Host::idle() {
-  const auto* interface =
-      static_cast<const LV2UI_Idle_Interface*>(descriptor_->extension_data(LV2_UI__idleInterface));
-  return interface->idle(handle_);
+  return extension<LV2UI_Idle_Interface>(LV2_UI__idleInterface).idle(handle_);
 }
 
 bool Host::idleUntil(const std::function<bool()>& condition, int milliseconds) {
@@ -145,20 +143,15 @@ void Host::idleFor(double seconds, int milliseconds) {
 }
 
 int Host::show() {
-  const auto* interface =
-      static_cast<const LV2UI_Show_Interface*>(descriptor_->extension_data(LV2_UI__showInterface));
-  return interface->show(handle_);
+  return extension<LV2UI_Show_Interface>(LV2_UI__showInterface).show(handle_);
 }
 
 int Host::hide() {
-  const auto* interface =
-      static_cast<const LV2UI_Show_Interface*>(descriptor_->extension_data(LV2_UI__showInterface));
-  return interface->hide(handle_);
+  return extension<LV2UI_Show_Interface>(LV2_UI__showInterface).hide(handle_);
 }
 
 int Host::resize(int width, int height) {
-  const auto* interface = static_cast<const LV2UI_Resize*>(descriptor_->extension_data(LV2_UI__resize));
-  return interface->ui_resize(handle_, width, height);
+  return extension<LV2UI_Resize>(LV2_UI__resize).ui_resize(handle_, width, height);
 }
 
 std::vector<Told> Host::writes() const {

@@ -92,7 +92,7 @@ class Host {
   /// How often, and with which size, the user interface has announced its size.
   const std::vector<std::pair<int, int>>& announced() const { return announced_; }
   float value(uint32_t port) const { return values_.at(port); }
-  /// What the descriptor said of unknown URIs, or urids, is up to the test.
+  /// What the host has for a URI in urid:map.
   LV2_URID number(const std::string& uri);
 
   /// How it answers writes: called from inside the write function.
@@ -102,6 +102,11 @@ class Host {
   bool has_write_function = true;
 
  private:
+  /// Of the user interface's own functions, those of that URI.
+  template <typename Interface>
+  const Interface& extension(const char* uri) const {
+    return *static_cast<const Interface*>(descriptor_->extension_data(uri));
+  }
   static void write(LV2UI_Controller controller, uint32_t port, uint32_t size, uint32_t protocol,
                     const void* buffer);
   static void touch(LV2UI_Feature_Handle handle, uint32_t port, bool grabbed);

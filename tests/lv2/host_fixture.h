@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <memory>
+#include <vector>
 
 #include "host.h"
 #include "temporary_folder.h"
@@ -39,10 +39,15 @@ class HostTest : public testing::Test {
   }
   void TearDown() override { host.close(); }
 
+  /// A window of the host's that shows.
+  xcb_window_t makeParent(int x = 0, int y = 0, int width = editor_width, int height = editor_height) {
+    const xcb_window_t window = user.make_window(x, y, width, height);
+    user.map(window);
+    return window;
+  }
   /// Opens the editor in a window of the host's at (200, 100) and waits for its first picture.
   void open(Offer offer = {}) {
-    parent = user.make_window(200, 100, editor_width, editor_height);
-    user.map(parent);
+    parent = makeParent(200, 100);
     offer.parent = parent;
     ASSERT_TRUE(host.open(offer));
     ASSERT_TRUE(host.idleUntil([&] { return user.pixel(host.window(), 5, 5).value_or(0) != 0; }));
@@ -60,12 +65,15 @@ class HostTest : public testing::Test {
     user.sync();
     host.idleFor(0.06);
   }
-  /// Presses, moves by (x, y) in steps, and releases.
-  void drag(Place from, int x, int y) {
-    point(from);
+  void press(Place place) {
+    point(place);
     settle();
     user.press(1);
     settle();
+  }
+  /// Presses, moves by (x, y) in steps, and releases.
+  void drag(Place from, int x, int y) {
+    press(from);
     for (int step = 1; step <= 4; ++step) {
       point({from.x + x * step / 4, from.y + y * step / 4});
       settle();
@@ -73,21 +81,10 @@ class HostTest : public testing::Test {
     user.release(1);
     settle();
   }
-  /// The window's pixels, row by row.
+  /// The window's pixels as 0xFFRRGGBB, row by row.
   std::vector<uint32_t> picture(xcb_window_t window) {
-    const auto size = user.geometry(window);
-    const auto cookie =
-        xcb_get_image(user.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0,
-                      static_cast<uint16_t>(size.width), static_cast<uint16_t>(size.height), ~0U);
-    const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
-        xcb_get_image_reply(user.connection(), cookie, nullptr), &std::free);
-    std::vector<uint32_t> pixels;
-    if (!reply)
-      return pixels;
-    const auto* words = reinterpret_cast<const uint32_t*>(xcb_get_image_data(reply.get()));
-    for (int i = 0; i < xcb_get_image_data_length(reply.get()) / 4; ++i)
-      pixels.push_back(words[i] & 0xffffffU);
-    return pixels;
+    const auto place = user.geometry(window);
+    return user.pixels(window, place.width, place.height);
   }
 
   OwnPreferences preferences;

@@ -14,8 +14,7 @@ class BadInput : public HostTest {
  protected:
   /// Opens with options of the test's own.
   bool openWith(std::vector<LV2_Options_Option> options) {
-    parent = user.make_window(0, 0, editor_width, editor_height);
-    user.map(parent);
+    parent = makeParent();
     return host.open({.parent = parent, .more_options = std::move(options)});
   }
   LV2_Options_Option option(const char* key, const char* type, uint32_t size, const void* value) {
@@ -73,8 +72,7 @@ TEST_F(BadInput, null_pointers_harm_nobody) {
 }
 
 TEST_F(BadInput, empty_features_are_not_used) {
-  parent = user.make_window(0, 0, editor_width, editor_height);
-  user.map(parent);
+  parent = makeParent();
   ASSERT_TRUE(host.open({.parent = parent,
                          .touch = false,
                          .resize = false,

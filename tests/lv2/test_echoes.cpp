@@ -15,10 +15,7 @@ class Echoes : public HostTest {
   /// Drags upwards and checks that the values only rise, by as much as the pointer moves.
   void expectSmoothDrag() {
     const Place from = on_depth;
-    point(from);
-    settle();
-    user.press(1);
-    settle();
+    press(from);
     for (int step = 1; step <= 20; ++step) {
       point({from.x, from.y - 4 * step});
       user.sync();
@@ -109,10 +106,7 @@ TEST_F(Echoes, automation_of_the_parameter_that_is_dragged_does_not_shake_it) {
 
 TEST_F(Echoes, automation_of_another_parameter_goes_on_during_a_drag) {
   open();
-  point(on_depth);
-  settle();
-  user.press(1);
-  settle();
+  press(on_depth);
   const auto before = picture(host.window());
   host.set(left_rate_port, 12);
   host.idleFor(0.1);

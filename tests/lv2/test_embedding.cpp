@@ -11,8 +11,7 @@ using testing::Pair;
 using Embedding = HostTest;
 
 TEST_F(Embedding, the_window_is_mapped_and_sized_before_instantiate_returns) {
-  parent = user.make_window(200, 100, 400, 300);
-  user.map(parent);
+  parent = makeParent(200, 100, 400, 300);
   ASSERT_TRUE(host.open({.parent = parent}));
   EXPECT_TRUE(user.viewable(host.window()));
   EXPECT_EQ(user.parent_of(host.window()), parent);
@@ -55,8 +54,7 @@ TEST_F(Embedding, no_host_value_before_the_first_idle_is_missing_in_the_first_pi
   host.idleFor(0.2);
   const auto expected = picture(host.window());
   Host second(object.descriptor());
-  const xcb_window_t other = user.make_window(0, 0, editor_width, editor_height);
-  user.map(other);
+  const xcb_window_t other = makeParent();
   ASSERT_TRUE(second.open({.parent = other}));
   second.set(depth_port, 0.25F);
   second.set(left_index_port, 7);

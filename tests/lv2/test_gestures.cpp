@@ -23,7 +23,7 @@ TEST_F(Gestures, a_drag_is_one_gesture_and_writes_what_is_shown) {
   open();
   drag(on_depth, 0, -40);
   expect_one_gesture(host.told(), depth_port);
-  // 200 points cross the range, the first is lost to nobody.
+  // 200 points cross the range.
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
@@ -88,10 +88,7 @@ TEST_F(Gestures, a_host_without_touch_gets_the_writes_alone) {
 
 TEST_F(Gestures, a_window_that_dies_in_mid_drag_ends_them) {
   open();
-  point(on_depth);
-  settle();
-  user.press(1);
-  settle();
+  press(on_depth);
   point({on_depth.x, on_depth.y - 30});
   settle();
   ASSERT_FALSE(host.writes().empty());
@@ -105,10 +102,7 @@ TEST_F(Gestures, a_window_that_dies_in_mid_drag_ends_them) {
 
 TEST_F(Gestures, cleanup_in_mid_drag_ends_them) {
   open();
-  point(on_depth);
-  settle();
-  user.press(1);
-  settle();
+  press(on_depth);
   point({on_depth.x, on_depth.y - 30});
   settle();
   host.close();

@@ -33,8 +33,7 @@ class Placement : public HostTest {
   std::vector<uint32_t> pictureIn(const Offer& offer, int width, int height) {
     Host other(object.descriptor());
     Offer here = offer;
-    here.parent = user.make_window(0, 0, width, height);
-    user.map(*here.parent);
+    here.parent = makeParent(0, 0, width, height);
     EXPECT_TRUE(other.open(here));
     other.idleFor(0.1);
     auto pixels = picture(other.window());
@@ -120,8 +119,7 @@ TEST_F(Placement, the_smallest_of_windows_is_survived) {
 }
 
 TEST_F(Placement, a_parent_without_room_is_no_reason_to_be_small) {
-  parent = user.make_window(0, 0, 1, 1);
-  user.map(parent);
+  parent = makeParent(0, 0, 1, 1);
   ASSERT_TRUE(host.open({.parent = parent}));
   host.idleFor(0.1);
   EXPECT_EQ(user.geometry(host.window()).width, editor_width);

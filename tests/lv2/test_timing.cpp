@@ -3,7 +3,9 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <clocale>
+#include <filesystem>
 
 #include "child_process.h"
 #include "host_fixture.h"
@@ -102,7 +104,7 @@ TEST_F(Timing, nothing_is_drawn_when_nothing_changes) {
   xcb_poly_fill_rectangle(c, host.window(), gc, 1, &everywhere);
   host.idleFor(0.3);
   const auto painted = picture(host.window());
-  EXPECT_EQ(std::count(painted.begin(), painted.end(), color), editor_width * editor_height);
+  EXPECT_EQ(std::count(painted.begin(), painted.end(), 0xff000000 | color), editor_width * editor_height);
 }
 
 /// Runs the named test of this program under a locale with a decimal comma.
