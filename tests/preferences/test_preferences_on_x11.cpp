@@ -123,8 +123,8 @@ TEST_P(PreferencesOnX11, AClickOnTheTitleOpensThemAboveTheEditorsWindow) {
   // Over the middle of the editor.
   const XClient::Geometry outer = user.geometry(id(*window));
   const XClient::Geometry inner = user.geometry(opened);
-  EXPECT_NEAR(inner.x + inner.width / 2, outer.x + outer.width / 2, 1);
-  EXPECT_NEAR(inner.y + inner.height / 2, outer.y + outer.height / 2, 1);
+  EXPECT_NEAR(inner.x + inner.width / 2.0, outer.x + outer.width / 2.0, 1);
+  EXPECT_NEAR(inner.y + inner.height / 2.0, outer.y + outer.height / 2.0, 1);
 }
 
 TEST_P(PreferencesOnX11, ColoursArePickedByMouseAndStoredMeanwhile) {
