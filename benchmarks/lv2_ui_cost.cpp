@@ -186,9 +186,8 @@ void print_first(const std::string& display) {
   }
   const double resident = median(columns[2]);
   std::printf(
-      "| instantiate to complete picture, the process's first editor | %.1f ms; %.1f of CPU, loading the "
-      "object"
-      " included |\n",
+      "| instantiate to complete picture, the process's first editor | %.1f ms; %.1f of CPU, loading "
+      "the object included |\n",
       median(columns[0]), median(columns[1]));
   std::printf("| resident memory that it adds | %.1f MiB, %.1f of it files of all libraries |\n", resident,
               median(columns[3]));
