@@ -16,7 +16,9 @@ using testing::HasSubstr;
 
 TEST_F(PreferencesTest, ADiskThatNobodyCanWriteToIsReportedAndNothingIsLost) {
   KV_Ondex_Preference_Controller& controller = open_preferences();
-  const std::string folder = getenv("XDG_CONFIG_HOME");
+  const char* const before = getenv("XDG_CONFIG_HOME");
+  ASSERT_TRUE(before);
+  const std::string folder = before;
   setenv("XDG_CONFIG_HOME", "/proc/ondex", 1);
   change(controller, controller._info_color_well, rgb(1, 0, 0).get());
   EXPECT_THAT(log, testing::Contains(HasSubstr("cannot be written")));
