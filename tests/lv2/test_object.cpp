@@ -52,7 +52,7 @@ TEST(UiObjectFile, is_small) {
   const TemporaryFolder folder;
   const auto stripped = folder.path() / "ondex_ui.so";
   output_of({ONDEX_STRIP, "-o", stripped.string(), ONDEX_UI});
-  EXPECT_LT(std::filesystem::file_size(stripped), 512U * 1024);
+  EXPECT_LT(std::filesystem::file_size(stripped), 400U * 1024);
 }
 
 #endif
