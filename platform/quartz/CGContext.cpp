@@ -72,13 +72,15 @@ void CGContextRelease(CGContextRef context) {
 void CGContextSaveGState(CGContextRef context) {
   if (!context)
     return;
-  cairo_save(context->cr());
+  if (context->target().cr)
+    cairo_save(context->cr());
   context->states.push_back(context->state());
 }
 void CGContextRestoreGState(CGContextRef context) {
   if (!context || context->states.size() <= context->target().first_state + 1)
     return;
-  cairo_restore(context->cr());
+  if (context->target().cr)
+    cairo_restore(context->cr());
   context->states.pop_back();
 }
 

@@ -6,29 +6,12 @@ namespace cocoa {
 
 namespace {
 
-/// A transparent surface that stands for these pixels, in memory that an earlier layer has left if possible.
-Target make_layer(CGContext& context, PixelBounds bounds) {
-  Target layer;
-  layer.bounds = bounds;
-  if (!context.spare_layers.empty()) {
-    layer.memory = std::move(context.spare_layers.back());
-    context.spare_layers.pop_back();
-  }
-  layer.memory.assign(static_cast<size_t>(bounds.width()) * static_cast<size_t>(bounds.height()), 0);
-  layer.surface.reset(cairo_image_surface_create_for_data(
-      reinterpret_cast<unsigned char*>(layer.memory.data()), CAIRO_FORMAT_ARGB32, bounds.width(),
-      bounds.height(), bounds.width() * static_cast<int>(sizeof(uint32_t))));
-  cairo_surface_set_device_offset(layer.surface.get(), -bounds.x0, -bounds.y0);
-  layer.cr.reset(cairo_create(layer.surface.get()));
-  return layer;
-}
-
 /// Paints the ended layer as one object.
 void paint_layer(CGContext& context, const Target& layer) {
-  if (layer.bounds.empty() || cairo_surface_status(layer.surface.get()) != CAIRO_STATUS_SUCCESS)
+  if (cairo_surface_status(layer.surface.get()) != CAIRO_STATUS_SUCCESS)
     return;
   const double alpha = context.state().alpha;
-  paint_object(context, layer.bounds, [&](cairo_t* cr) {
+  paint_object(context, layer.bounds, Ink::picture, [&](cairo_t* cr) {
     cairo_set_source_surface(cr, layer.surface.get(), 0, 0);
     cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_BILINEAR);
     cairo_paint_with_alpha(cr, alpha);
@@ -39,18 +22,58 @@ void paint_layer(CGContext& context, const Target& layer) {
 
 }  // namespace
 
+std::vector<uint32_t> CGContext::lend(PixelBounds bounds) {
+  std::vector<uint32_t> memory;
+  if (!spare_.empty()) {
+    memory = std::move(spare_.back());
+    spare_.pop_back();
+  }
+  memory.assign(static_cast<size_t>(bounds.width()) * static_cast<size_t>(bounds.height()), 0);
+  return memory;
+}
+
+void CGContext::give_back(std::vector<uint32_t> memory) {
+  // That of a picture of the whole window is not worth keeping: what is drawn often is smaller.
+  constexpr size_t most_kept = 1 << 16;
+  if (memory.capacity() <= most_kept)
+    spare_.push_back(std::move(memory));
+}
+
+Surface surface_on(std::vector<uint32_t>& memory, PixelBounds bounds) {
+  Surface surface(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(memory.data()),
+                                                      CAIRO_FORMAT_ARGB32, bounds.width(), bounds.height(),
+                                                      bounds.width() * static_cast<int>(sizeof(uint32_t))));
+  cairo_surface_set_device_offset(surface.get(), -bounds.x0, -bounds.y0);
+  return surface;
+}
+
+void CGContext::make_layer() {
+  Target& layer = target();
+  layer.memory = lend(layer.bounds);
+  layer.surface = surface_on(layer.memory, layer.bounds);
+  layer.cr.reset(cairo_create(layer.surface.get()));
+  size_t clipped = layer.first_clip;
+  for (size_t i = layer.first_state; i < states.size(); ++i) {
+    if (i > layer.first_state)
+      cairo_save(layer.cr.get());
+    apply_clips(layer.cr.get(), clipped, states[i].clip_count);
+    clipped = states[i].clip_count;
+  }
+}
+
 void CGContextBeginTransparencyLayer(CGContextRef context, const void* /*auxiliaryInfo*/) {
   if (!context)
     return;
   PixelBounds bounds = picture_bounds(*context);
   if (bounds.empty())
     bounds = {};
-  Target layer = make_layer(*context, bounds);
   GraphicsState inside = context->state();
   inside.alpha = 1;
   inside.has_shadow = false;
   inside.clip_bounds = bounds;
   inside.clip_is_bounds = true;
+  Target layer;
+  layer.bounds = bounds;
   layer.first_clip = inside.clip_count;
   layer.first_state = context->states.size();
   context->targets.push_back(std::move(layer));
@@ -64,10 +87,12 @@ void CGContextEndTransparencyLayer(CGContextRef context) {
   context->targets.pop_back();
   context->states.erase(context->states.begin() + static_cast<std::ptrdiff_t>(layer.first_state),
                         context->states.end());
+  if (!layer.cr)
+    return;
   paint_layer(*context, layer);
   layer.cr.reset();
   layer.surface.reset();
-  context->spare_layers.push_back(std::move(layer.memory));
+  context->give_back(std::move(layer.memory));
 }
 
 }  // namespace cocoa

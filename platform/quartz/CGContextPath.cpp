@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "quartz/context.h"
@@ -46,10 +47,11 @@ void CGContext::clip(const PathData& clip_path, cairo_fill_rule_t rule) {
   const DeviceBox box = clip_path.bounds();
   entry.bounds = box.pixels();
   const auto whole = [](double v) { return v == std::floor(v); };
-  s.clip_is_bounds = s.clip_is_bounds && clip_path.is_box() && whole(box.x0) && whole(box.y0) &&
-                     whole(box.x1) && whole(box.y1);
+  entry.is_bounds = clip_path.is_box() && whole(box.x0) && whole(box.y0) && whole(box.x1) && whole(box.y1);
+  s.clip_is_bounds = s.clip_is_bounds && entry.is_bounds;
   s.clip_bounds = intersection(s.clip_bounds, entry.bounds);
-  apply_clips(cr(), s.clip_count, s.clip_count + 1);
+  if (target().cr)
+    apply_clips(cr(), s.clip_count, s.clip_count + 1);
   ++s.clip_count;
 }
 
@@ -62,6 +64,52 @@ void CGContext::apply_clips(cairo_t* on, size_t first, size_t last) const {
     cairo_set_antialias(on, entry.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
     cairo_clip(on);
   }
+}
+
+namespace {
+
+bool same_shape(const ClipPath& a, const ClipPath& b) {
+  return a.rule == b.rule && a.antialias == b.antialias && a.path == b.path;
+}
+
+Surface coverage_of(const ClipPath& shape) {
+  const PixelBounds& b = shape.bounds;
+  Surface coverage(cairo_image_surface_create(CAIRO_FORMAT_A8, b.width(), b.height()));
+  cairo_surface_set_device_offset(coverage.get(), -b.x0, -b.y0);
+  const Cairo cr(cairo_create(coverage.get()));
+  shape.path.append_to(cr.get());
+  cairo_set_fill_rule(cr.get(), shape.rule);
+  cairo_set_antialias(cr.get(), shape.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+  cairo_fill(cr.get());
+  return coverage;
+}
+
+}  // namespace
+
+const ShapeMask* CGContext::mask_of_clips(size_t first) {
+  // The editor has 21 capsule ends and circles.
+  constexpr size_t most_masks = 32;
+  constexpr int64_t most_pixels = 1 << 18;
+  const ClipPath* shape = nullptr;
+  for (size_t i = first; i < state().clip_count; ++i) {
+    if (clips[i].is_bounds)
+      continue;
+    if (shape)
+      return nullptr;
+    shape = &clips[i];
+  }
+  if (!shape || shape->bounds.empty() ||
+      int64_t{shape->bounds.width()} * shape->bounds.height() > most_pixels)
+    return nullptr;
+  auto known = std::find_if(masks_.begin(), masks_.end(),
+                            [&](const ShapeMask& mask) { return same_shape(mask.shape, *shape); });
+  if (known == masks_.end()) {
+    if (masks_.size() == most_masks)
+      masks_.pop_back();
+    known = masks_.insert(masks_.end(), {*shape, coverage_of(*shape)});
+  }
+  std::rotate(masks_.begin(), known, known + 1);
+  return &masks_.front();
 }
 
 PixelBounds CGContext::bounds_of_clips(size_t first, size_t last, PixelBounds within) const {

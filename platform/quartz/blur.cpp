@@ -48,7 +48,15 @@ PixelBounds covered_part(const Mask& mask, PixelBounds within) {
   return covered;
 }
 
-/// A part of the mask, in numbers that the averages do not round.
+/// Of the numbers that the averages are made of. The widest sums of whole numbers still fit, and unlike those
+/// of floating ones do not depend on where they began: a part of a shadow comes out as the whole does.
+constexpr int32_t one = 4096;
+
+int32_t rounded(float value) {
+  return static_cast<int32_t>(value + 0.5F);  // NOLINT(bugprone-incorrect-roundings): none is negative
+}
+
+/// A part of the mask, finely divided.
 class Part {
  public:
   /// Takes `covered` from the mask, with nothing around it.
@@ -58,18 +66,18 @@ class Part {
     values_.assign(static_cast<size_t>(width_) * static_cast<size_t>(height_), 0);
     spare_.resize(values_.size());
     for (int y = covered.y0; y < covered.y1; ++y) {
-      std::copy(mask.row(y) + covered.x0, mask.row(y) + covered.x1,
-                row(y - bounds.y0) + (covered.x0 - bounds.x0));
+      std::transform(mask.row(y) + covered.x0, mask.row(y) + covered.x1,
+                     row(y - bounds.y0) + (covered.x0 - bounds.x0), [](uint8_t v) { return v * one; });
     }
   }
 
-  /// Rounds up, so that even the faint edge of a wide blur is as wide as it should be. The sums, which may be
-  /// off by a little, stay well below what is left out.
+  /// Rounds up, so that even the faint edge of a wide blur is as wide as it should be, but for what the
+  /// averages may be off by.
   void store(const Mask& mask, PixelBounds stored, PixelBounds bounds) {
     for (int y = stored.y0; y < stored.y1; ++y) {
-      const float* from = row(y - bounds.y0) + (stored.x0 - bounds.x0);
+      const int32_t* from = row(y - bounds.y0) + (stored.x0 - bounds.x0);
       std::transform(from, from + stored.width(), mask.row(y) + stored.x0,
-                     [](float v) { return static_cast<uint8_t>(static_cast<int>(v + 0.999F)); });
+                     [](int32_t v) { return static_cast<uint8_t>((v + one - 4) / one); });
     }
   }
 
@@ -80,13 +88,14 @@ class Part {
       slide(row_or_nothing(y), nothing_.data());
     const float weight = box.weight();
     for (int y = 0; y < height_; ++y) {
-      const float* before = row_or_nothing(y - box.whole - 1);
-      const float* after = row_or_nothing(y + box.whole + 1);
+      const int32_t* before = row_or_nothing(y - box.whole - 1);
+      const int32_t* after = row_or_nothing(y + box.whole + 1);
       slide(row_or_nothing(y + box.whole), before);
-      const float* sum = sums_.data();
-      float* out = spare_.data() + static_cast<ptrdiff_t>(y) * width_;
+      const int32_t* sum = sums_.data();
+      int32_t* out = spare_.data() + static_cast<ptrdiff_t>(y) * width_;
       for (int x = 0; x < width_; ++x)
-        out[x] = (sum[x] + (before[x] + after[x]) * box.part) * weight;
+        out[x] = rounded((static_cast<float>(sum[x]) + static_cast<float>(before[x] + after[x]) * box.part) *
+                         weight);
     }
     values_.swap(spare_);
   }
@@ -94,11 +103,11 @@ class Part {
   void shift_columns(float shift) {
     nothing_.assign(static_cast<size_t>(width_), 0);
     for (int y = 0; y < height_; ++y) {
-      const float* above = row_or_nothing(y - 1);
-      const float* here = row(y);
-      float* out = spare_.data() + static_cast<ptrdiff_t>(y) * width_;
+      const int32_t* above = row_or_nothing(y - 1);
+      const int32_t* here = row(y);
+      int32_t* out = spare_.data() + static_cast<ptrdiff_t>(y) * width_;
       for (int x = 0; x < width_; ++x)
-        out[x] = here[x] + (above[x] - here[x]) * shift;
+        out[x] = rounded(static_cast<float>(here[x]) * (1 - shift) + static_cast<float>(above[x]) * shift);
     }
     values_.swap(spare_);
   }
@@ -106,7 +115,7 @@ class Part {
   /// Exchanges rows and columns.
   void turn() {
     for (int x = 0; x < width_; ++x) {
-      float* out = spare_.data() + static_cast<ptrdiff_t>(x) * height_;
+      int32_t* out = spare_.data() + static_cast<ptrdiff_t>(x) * height_;
       for (int y = 0; y < height_; ++y)
         out[y] = row(y)[x];
     }
@@ -115,21 +124,21 @@ class Part {
   }
 
  private:
-  float* row(int y) { return values_.data() + static_cast<ptrdiff_t>(y) * width_; }
-  const float* row_or_nothing(int y) { return y >= 0 && y < height_ ? row(y) : nothing_.data(); }
+  int32_t* row(int y) { return values_.data() + static_cast<ptrdiff_t>(y) * width_; }
+  const int32_t* row_or_nothing(int y) { return y >= 0 && y < height_ ? row(y) : nothing_.data(); }
   /// Moves the window that the sums are of.
-  void slide(const float* entering, const float* leaving) {
-    float* sum = sums_.data();
+  void slide(const int32_t* entering, const int32_t* leaving) {
+    int32_t* sum = sums_.data();
     for (int x = 0; x < width_; ++x)
       sum[x] += entering[x] - leaving[x];
   }
 
   int width_ = 0;
   int height_ = 0;
-  std::vector<float> values_;
-  std::vector<float> spare_;
-  std::vector<float> sums_;
-  std::vector<float> nothing_;
+  std::vector<int32_t> values_;
+  std::vector<int32_t> spare_;
+  std::vector<int32_t> sums_;
+  std::vector<int32_t> nothing_;
 };
 
 }  // namespace

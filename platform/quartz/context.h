@@ -57,9 +57,16 @@ struct ClipPath {
   cairo_fill_rule_t rule = CAIRO_FILL_RULE_WINDING;
   bool antialias = true;
   PixelBounds bounds;
+  bool is_bounds = false;  ///< the whole of bounds
 };
 
-/// What is drawn on: the bitmap, or a transparency layer.
+/// How much of each pixel a shape covers.
+struct ShapeMask {
+  ClipPath shape;
+  Surface coverage;  ///< of shape.bounds, in device pixels
+};
+
+/// What is drawn on: the bitmap, or a transparency layer, which has no pixels until something is drawn on it.
 struct Target {
   std::vector<uint32_t> memory;  ///< of a layer
   Surface surface;
@@ -72,6 +79,13 @@ struct Target {
 /// Draws an object in device pixels, without its clip, on whatever it is given.
 using DrawObject = std::function<void(cairo_t*)>;
 
+/// What an object is drawn with.
+enum class Ink {
+  color,
+  picture,          ///< Cairo is quick to draw a colour on a mask, but not a picture
+  clipped_picture,  ///< one that is drawn through the clips without being asked to
+};
+
 struct CGContext : Counted {
   CGContext(Surface bitmap, double device_pixels_a_point);
 
@@ -79,14 +93,26 @@ struct CGContext : Counted {
   const GraphicsState& state() const { return states.back(); }
   Target& target() { return targets.back(); }
   const Target& target() const { return targets.back(); }
-  cairo_t* cr() { return targets.back().cr.get(); }
+  /// To draw with. Gives a layer its pixels.
+  cairo_t* cr() {
+    if (!targets.back().cr)
+      make_layer();
+    return targets.back().cr.get();
+  }
 
   /// Intersects the clip with `clip_path`, and with the antialiasing of the state.
   void clip(const PathData& clip_path, cairo_fill_rule_t rule);
+  /// The mask of the one shape that the clips from `first` on have besides whole pixels; null when there is
+  /// none, or more, or a very large one. It is the same whatever part of the shape is to be drawn. Holds
+  /// until the next call.
+  const ShapeMask* mask_of_clips(size_t first);
   /// Lets `on` clip to the clips from `first` up to `last`, not with it.
   void apply_clips(cairo_t* on, size_t first, size_t last) const;
   /// What these clips leave of `within`.
   PixelBounds bounds_of_clips(size_t first, size_t last, PixelBounds within) const;
+
+  /// Gives the innermost layer its pixels, with the saved states and clips that have come up since it began.
+  void make_layer();
 
   /// Takes the current path away, leaving an empty one. The result holds until the next call.
   const PathData& take_path();
@@ -100,20 +126,32 @@ struct CGContext : Counted {
   PathData taken;
   std::vector<uint32_t> scratch;  ///< pixels of a shading on their way through the clip
   ColorTable color_table;
-  std::vector<std::vector<uint32_t>> spare_layers;  ///< memory of layers that have ended
+
+  /// Pixels without colour, in memory that was given back before if possible.
+  std::vector<uint32_t> lend(PixelBounds bounds);
+  void give_back(std::vector<uint32_t> memory);
+
+ private:
+  std::vector<std::vector<uint32_t>> spare_;
+  std::vector<ShapeMask> masks_;  ///< those used last come first
 };
+
+/// An ARGB surface on memory for as many pixels, which are drawn on in device pixels.
+Surface surface_on(std::vector<uint32_t>& memory, PixelBounds bounds);
 
 /// What can be seen of an object without limits, itself or by its shadow.
 PixelBounds picture_bounds(const CGContext& context);
 
 /// Casts the shadow that the state asks for. `extents` holds all that `draw` paints.
-void cast_shadow(CGContext& context, PixelBounds extents, const DrawObject& draw);
+void cast_shadow(CGContext& context, PixelBounds extents, Ink ink, const DrawObject& draw);
 
 /// Draws one object with its shadow, through the clip.
 template <typename Draw>
-void paint_object(CGContext& context, PixelBounds extents, const Draw& draw) {
+void paint_object(CGContext& context, PixelBounds extents, Ink ink, const Draw& draw) {
+  if (intersection(extents, picture_bounds(context)).empty())
+    return;
   if (context.state().has_shadow)
-    cast_shadow(context, extents, std::ref(draw));
+    cast_shadow(context, extents, ink, std::ref(draw));
   draw(context.cr());
 }
 

@@ -194,6 +194,36 @@ DeviceBox PathData::bounds() const {
   return box;
 }
 
+bool PathData::passes(PixelBounds area) const {
+  const auto meets = [&area](const DeviceBox& segment) {
+    return segment.x0 <= area.x1 && segment.x1 >= area.x0 && segment.y0 <= area.y1 && segment.y1 >= area.y0;
+  };
+  const Point* p = points_.data();
+  Point start{};
+  Point from{};
+  for (const Verb verb : verbs_) {
+    DeviceBox segment;
+    segment.add(from.x, from.y);
+    if (verb == Verb::close) {
+      segment.add(start.x, start.y);
+      from = start;
+    } else {
+      const int count = verb == Verb::curve ? 3 : 1;
+      if (verb == Verb::move) {
+        start = *p;
+        segment = {};
+      }
+      for (int i = 0; i < count; ++i)
+        segment.add(p[i].x, p[i].y);
+      p += count;
+      from = p[-1];
+    }
+    if (meets(segment))
+      return true;
+  }
+  return false;
+}
+
 bool PathData::is_box() const {
   constexpr Verb box[] = {Verb::move, Verb::line, Verb::line, Verb::line, Verb::close};
   if (!std::equal(verbs_.begin(), verbs_.end(), std::begin(box), std::end(box)))

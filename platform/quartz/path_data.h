@@ -2,6 +2,7 @@
 
 #include <cairo.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -18,10 +19,16 @@ class PathData {
   struct Point {
     double x;
     double y;
+    bool operator==(const Point&) const = default;
   };
+
+  /// Whether they have the same segments.
+  bool operator==(const PathData& other) const { return verbs_ == other.verbs_ && points_ == other.points_; }
 
   void clear();
   bool empty() const { return verbs_.empty(); }
+  /// How many, moves included.
+  size_t segments() const { return verbs_.size(); }
   bool has_current_point() const { return !verbs_.empty(); }
   /// Only when there is one.
   Point current_point() const { return verbs_.back() == Verb::close ? subpath_start_ : points_.back(); }
@@ -40,6 +47,8 @@ class PathData {
 
   /// Of all points, those that steer curves too.
   DeviceBox bounds() const;
+  /// Whether any segment may come within the area: true of all that do, and of few others.
+  bool passes(PixelBounds area) const;
   /// Whether the path is one rectangle with sides along the axes.
   bool is_box() const;
   bool contains(Point p, bool even_odd) const;
