@@ -49,20 +49,20 @@ void NSView::setFrame(NSRect frame) {
 void NSView::setFrameOrigin(NSPoint origin) {
   if (origin == frame_.origin)
     return;
-  setNeedsDisplay(true);
+  markAll();
   frame_.origin = origin;
-  setNeedsDisplay(true);
+  markAll();
 }
 
 void NSView::setFrameSize(NSSize size) {
   if (size == frame_.size)
     return;
-  setNeedsDisplay(true);
+  markAll();
   const NSSize old_size = frame_.size;
   frame_.size = size;
   for (const Ref<NSView>& view : subviews_)
     view->resizeInSuperview(old_size, size);
-  setNeedsDisplay(true);
+  markAll();
 }
 
 namespace {
@@ -105,14 +105,14 @@ void NSView::addSubview(NSView* view) {
     subviews_.push_back(added);
     view->moveToWindow(window_);
   }
-  view->setNeedsDisplay(true);
+  view->markAll();
 }
 
 void NSView::removeFromSuperview() {
   if (!superview_)
     return;
   const Ref<NSView> self(this);
-  setNeedsDisplay(true);
+  markAll();
   std::erase_if(superview_->subviews_, [this](const Ref<NSView>& each) { return each.get() == this; });
   superview_ = nullptr;
   moveToWindow(nullptr);
@@ -145,13 +145,17 @@ void NSView::setHidden(bool hidden) {
   if (hidden_ == hidden)
     return;
   hidden_ = false;
-  setNeedsDisplay(true);
+  markAll();
   hidden_ = hidden;
 }
 
 void NSView::setNeedsDisplay(bool needed) {
   if (needed)
-    setNeedsDisplayInRect(bounds());
+    markAll();
+}
+
+void NSView::markAll() {
+  setNeedsDisplayInRect(bounds());
 }
 
 void NSView::setNeedsDisplayInRect(NSRect rect) {

@@ -59,8 +59,9 @@ class NSView : public NSResponder {
   /// Whether the view paints every pixel of its bounds, so that nothing behind it need be drawn.
   virtual bool isOpaque() const { return false; }
 
-  /// Asks for a redraw on this turn of the run loop.
-  void setNeedsDisplay(bool needed);
+  /// Asks for a redraw on this turn of the run loop. A view that knows where it can have changed may ask for
+  /// less.
+  virtual void setNeedsDisplay(bool needed);
   void setNeedsDisplayInRect(NSRect rect);
   /// Draws the view's bounds; `dirty` is what must be painted at least.
   virtual void drawRect(NSRect dirty) { (void)dirty; }
@@ -82,6 +83,8 @@ class NSView : public NSResponder {
 
  private:
   friend class NSWindow;
+  /// For a redraw of the whole view, whatever it asks for itself.
+  void markAll();
   NSPoint originInWindow() const;
   NSRect visibleRectInWindow(NSRect rect) const;
   void moveToWindow(NSWindow* window);

@@ -9,13 +9,12 @@ namespace cocoa {
 namespace {
 
 constexpr size_t most_rects = 8;
+/// How many pixels more are drawn sooner than one more rectangle: each has its views walked through, and
+/// their clips and layers made.
+constexpr int64_t worth_a_rect = 4096;
 
 bool is_empty(const PixelRect& r) {
   return r.width <= 0 || r.height <= 0;
-}
-
-bool overlap(const PixelRect& a, const PixelRect& b) {
-  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
 }
 
 PixelRect united(const PixelRect& a, const PixelRect& b) {
@@ -28,6 +27,15 @@ int64_t area(const PixelRect& r) {
   return int64_t{r.width} * r.height;
 }
 
+/// The pixels that would be drawn in vain were both one.
+int64_t waste(const PixelRect& a, const PixelRect& b) {
+  return area(united(a, b)) - area(a) - area(b);
+}
+
+bool overlap(const PixelRect& a, const PixelRect& b) {
+  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
 }  // namespace
 
 void Damage::add(PixelRect rect) {
@@ -35,7 +43,7 @@ void Damage::add(PixelRect rect) {
     return;
   // A union may meet rectangles that neither part met.
   for (auto met = rects_.begin(); met != rects_.end();) {
-    if (overlap(*met, rect)) {
+    if (overlap(*met, rect) || waste(*met, rect) <= worth_a_rect) {
       rect = united(*met, rect);
       rects_.erase(met);
       met = rects_.begin();
@@ -50,9 +58,9 @@ void Damage::add(PixelRect rect) {
   auto best = rects_.begin();
   int64_t least_waste = std::numeric_limits<int64_t>::max();
   for (auto each = rects_.begin(); each != rects_.end(); ++each) {
-    const int64_t waste = area(united(*each, rect)) - area(*each) - area(rect);
-    if (waste < least_waste) {
-      least_waste = waste;
+    const int64_t wasted = waste(*each, rect);
+    if (wasted < least_waste) {
+      least_waste = wasted;
       best = each;
     }
   }

@@ -10,8 +10,8 @@ namespace cocoa {
 /// What of a window must be drawn again: a few rectangles that do not overlap, in device pixels.
 class Damage {
  public:
-  /// Adds a rectangle; it is merged with what it meets. Past a handful, those whose union wastes least are
-  /// merged.
+  /// Adds a rectangle; it is merged with what it meets, and with what is so near that the few pixels between
+  /// them cost less than one more rectangle. Past a handful, those whose union wastes least are merged.
   void add(PixelRect rect);
   void clear() { rects_.clear(); }
   bool empty() const { return rects_.empty(); }

@@ -9,12 +9,22 @@ namespace {
 
 TEST(Damage, MergesWhatOverlapsAndKeepsWhatDoesNot) {
   Damage damage;
-  damage.add({0, 0, 10, 10});
-  damage.add({20, 0, 10, 10});
+  damage.add({0, 0, 100, 100});
+  damage.add({200, 0, 100, 100});
   ASSERT_EQ(damage.rects().size(), 2U);
-  damage.add({5, 5, 20, 2});  // meets both
+  damage.add({50, 50, 200, 20});  // meets both
   ASSERT_EQ(damage.rects().size(), 1U);
-  EXPECT_EQ(damage.rects()[0], (PixelRect{0, 0, 30, 10}));
+  EXPECT_EQ(damage.rects()[0], (PixelRect{0, 0, 300, 100}));
+}
+
+TEST(Damage, MergesNeighboursThatWasteLittle) {
+  Damage damage;
+  damage.add({0, 0, 100, 100});
+  damage.add({140, 0, 100, 100});  // 4000 pixels between them
+  ASSERT_EQ(damage.rects().size(), 1U);
+  EXPECT_EQ(damage.rects()[0], (PixelRect{0, 0, 240, 100}));
+  damage.add({0, 142, 240, 100});  // 42 rows of 240 pixels
+  EXPECT_EQ(damage.rects().size(), 2U);
 }
 
 TEST(Damage, IgnoresRectanglesWithoutArea) {
