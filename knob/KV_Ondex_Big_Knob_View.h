@@ -46,6 +46,8 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
   void scrollWheel(cocoa::NSEvent* event) override;
   bool mouseDownCanMoveWindow() const override { return false; }
 
+  /// Of the knob only the pointer ever changes: asks for a redraw where it was and where it is.
+  void setNeedsDisplay(bool needed) override;
   void drawRect(cocoa::NSRect dirty) override;
   void do_knob(cocoa::CGContextRef context);
   void do_shine(cocoa::CGContextRef context);
@@ -79,6 +81,8 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
   void set_value_from_point(cocoa::NSPoint point);
   void update_scales();
   void show_value();
+
+  cocoa::NSPoint _marked_pointer;  ///< where the pointer was when a redraw was last asked for
 };
 
 }  // namespace ondex

@@ -59,7 +59,22 @@ bool draw_rings(CGContextRef context, NSRect r) {
   return shading || !rings;
 }
 
+/// All that a pointer at that place covers, with its line and its shadow.
+NSRect dot_area(NSPoint centre) {
+  constexpr CGFloat reach = dot_radius + dot_line_width / 2 - shadow_offset.width + shadow_blur + 1;
+  return NSInsetRect({centre, {}}, -reach, -reach);
+}
+
 }  // namespace
+
+void KV_Ondex_Big_Knob_View::setNeedsDisplay(bool needed) {
+  if (!needed)
+    return;
+  const NSPoint pointer = {static_cast<CGFloat>(_x), static_cast<CGFloat>(_y)};
+  setNeedsDisplayInRect(dot_area(_marked_pointer));
+  setNeedsDisplayInRect(dot_area(pointer));
+  _marked_pointer = pointer;
+}
 
 CGColorSpaceRef KV_Ondex_Big_Knob_View::get_RGB_color_space() {
   return device_RGB_color_space();
