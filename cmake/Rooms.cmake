@@ -31,12 +31,15 @@ endfunction()
 # The tests of one room: a GoogleTest program named <room>_tests, each test known to ctest by its name.
 # What several rooms' tests need lies in tests/support and is included by its plain name.
 #
-#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>])
+#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>] [ONE_AT_A_TIME])
 function(ondex_tests room)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;ROOMS;LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_AT_A_TIME" "" "SOURCES;ROOMS;LIBS")
   add_executable(${room}_tests ${arg_SOURCES})
   target_link_libraries(${room}_tests PRIVATE ${arg_ROOMS} ${arg_LIBS} test_main)
   set_target_properties(${room}_tests PROPERTIES POSITION_INDEPENDENT_CODE OFF)
   target_precompile_headers(${room}_tests REUSE_FROM test_main)
-  gtest_discover_tests(${room}_tests DISCOVERY_TIMEOUT 60)
+  if(arg_ONE_AT_A_TIME)
+    set(properties PROPERTIES RESOURCE_LOCK ${room})
+  endif()
+  gtest_discover_tests(${room}_tests DISCOVERY_TIMEOUT 60 ${properties})
 endfunction()

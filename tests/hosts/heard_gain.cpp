@@ -1,6 +1,6 @@
 // A JACK client that hears what an effect in a host does: sends a constant 1 into one port and prints what
 // comes out of another, `gain VALUE`, each time that it has settled on another value. Ends when nobody reads
-// it.
+// it or on SIGTERM, and takes leave of the server.
 //
 //   heard_gain CLIENT:INPUT CLIENT:OUTPUT
 #include <jack/jack.h>
@@ -35,6 +35,8 @@ int process(jack_nframes_t count, void* context) {
   return 0;
 }
 
+volatile std::sig_atomic_t told_to_end = 0;
+
 bool connect(jack_client_t* client, const Probe& probe, const char* input, const char* output) {
   return jack_connect(client, jack_port_name(probe.out), input) == 0 &&
          jack_connect(client, output, jack_port_name(probe.in)) == 0;
@@ -47,6 +49,7 @@ int main(int count, char** arguments) {
     std::fputs("usage: heard_gain CLIENT:INPUT CLIENT:OUTPUT\n", stderr);
     return 2;
   }
+  std::signal(SIGTERM, [](int) { told_to_end = 1; });
   Probe probe;
   jack_client_t* client = jack_client_open("heard_gain", JackNoStartServer, nullptr);
   if (!client)
@@ -63,7 +66,7 @@ int main(int count, char** arguments) {
   std::signal(SIGPIPE, SIG_IGN);
   float printed = NAN;
   pollfd reader{1, 0, 0};
-  while (poll(&reader, 1, 5) == 0) {
+  while (!told_to_end && poll(&reader, 1, 5) == 0) {
     const float heard = probe.heard;
     if (std::isnan(heard) || std::abs(heard - printed) < tolerance)
       continue;

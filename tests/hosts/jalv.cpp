@@ -1,6 +1,5 @@
 #include "jalv.h"
 
-#include <unistd.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -47,30 +46,29 @@ std::string text_of_file(const std::filesystem::path& path) {
 
 JalvDesktop::JalvDesktop() {
   write_bundles();
-  sound_ = std::make_unique<ChildProcess>(ChildProcess::Setup{
-      {"/usr/bin/jackd", "-n", *environment()["JACK_DEFAULT_SERVER"], "-r", "-d", "dummy", "-p", "1024"},
-      environment()});
-  ready_ = manager_.started() && wait_until([this] {
-             return ChildProcess({{"/usr/bin/jack_lsp"}, environment()}).wait_for_exit() == 0;
-           });
 }
 
-std::map<std::string, std::optional<std::string>> JalvDesktop::environment() const {
+std::string JalvDesktop::problem() {
+  if (!manager_.started())
+    return "no X server or window manager";
+  return sound_.started() ? "" : "no sound server: " + sound_.errors();
+}
+
+SoundServer::Environment JalvDesktop::environment() const {
   const std::string home = folder_.path().string();
-  return {{"DISPLAY", server.display()},
-          {"HOME", home},
-          {"XDG_CONFIG_HOME", home},
-          {"XDG_DATA_HOME", home},
-          {"XDG_CACHE_HOME", home},
-          {"XDG_RUNTIME_DIR", home},
-          {"WAYLAND_DISPLAY", std::nullopt},
-          {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
-          {"NO_AT_BRIDGE", "1"},
-          {"LC_ALL", "C.UTF-8"},
-          {"LV2_PATH", home + "/lv2:/usr/lib/lv2"},
-          {"JACK_DEFAULT_SERVER", "ondex-" + std::to_string(getpid())},
-          {"JACK_NO_START_SERVER", "1"},
-          {"JACK_NO_AUDIO_RESERVATION", "1"}};
+  SoundServer::Environment variables = SoundServer::for_clients();
+  variables.merge(SoundServer::Environment{{"DISPLAY", server.display()},
+                                           {"HOME", home},
+                                           {"XDG_CONFIG_HOME", home},
+                                           {"XDG_DATA_HOME", home},
+                                           {"XDG_CACHE_HOME", home},
+                                           {"XDG_RUNTIME_DIR", home},
+                                           {"WAYLAND_DISPLAY", std::nullopt},
+                                           {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
+                                           {"NO_AT_BRIDGE", "1"},
+                                           {"LC_ALL", "C.UTF-8"},
+                                           {"LV2_PATH", home + "/lv2:/usr/lib/lv2"}});
+  return variables;
 }
 
 void JalvDesktop::write_bundles() const {
@@ -135,8 +133,8 @@ Picture JalvDesktop::grab(xcb_window_t window) {
     return {};
   Picture picture{editor_width, editor_height, {}};
   const auto* pixels = reinterpret_cast<const uint32_t*>(xcb_get_image_data(reply));
-  std::transform(pixels, pixels + editor_width * editor_height, std::back_inserter(picture.pixels),
-                 [](uint32_t pixel) { return pixel | 0xff000000U; });
+  std::transform(pixels, pixels + picture.width * ptrdiff_t{picture.height},
+                 std::back_inserter(picture.pixels), [](uint32_t pixel) { return pixel | 0xff000000U; });
   free(reply);
   return picture;
 }
@@ -164,8 +162,17 @@ bool JalvDesktop::plays_depth(const std::string& client, double depth) {
   // The right side is at rest, in the middle of its swing.
   std::ostringstream line;
   line << "gain " << 1 - depth / 2 << '\n';
-  ChildProcess probe({{HEARD_GAIN, client + ":right_in", client + ":right_out"}, environment()});
+  ChildProcess probe({{HEARD_GAIN, client + ":right_in", client + ":right_out"}, environment(), SIGTERM});
   return wait_until([&] { return probe.has_line(line.str()); });
+}
+
+int JalvDesktop::close(ChildProcess& jalv, xcb_window_t editor) {
+  user.send_protocol(top_level_of(editor), "WM_DELETE_WINDOW");
+  return jalv.wait_for_exit();
+}
+
+bool JalvDesktop::loses_client(const std::string& client) {
+  return wait_until([&] { return !sound_.has_client(client); });
 }
 
 void JalvDesktop::drag_depth(xcb_window_t editor, int points_up) {
@@ -177,21 +184,34 @@ void JalvDesktop::drag_depth(xcb_window_t editor, int points_up) {
   user.release(1);
 }
 
-void JalvDesktop::choose_preset(xcb_window_t editor) {
+size_t JalvDesktop::windows_on_screen() {
+  const auto windows = user.children(user.root());
+  return static_cast<size_t>(std::count_if(windows.begin(), windows.end(),
+                                           [this](xcb_window_t window) { return user.viewable(window); }));
+}
+
+bool JalvDesktop::choose_preset(xcb_window_t editor) {
   constexpr xcb_keysym_t alt = 0xffe9;
   constexpr xcb_keysym_t up = 0xff52;
   constexpr xcb_keysym_t enter = 0xff0d;
   const xcb_window_t top_level = top_level_of(editor);
   user.send_to_manager(top_level, "_NET_ACTIVE_WINDOW", 2);
-  wait_until([&] { return user.focused() == top_level; });
-  const size_t before = user.children(user.root()).size();
+  // GTK hands the focus on to a window of its own inside.
+  if (!wait_until([&] {
+        const xcb_window_t focused = user.focused();
+        return focused == top_level || user.parent_of(focused) == top_level;
+      }))
+    return false;
+  const size_t before = windows_on_screen();
   user.press_key(alt);
   user.type_key('p');
   user.release_key(alt);
-  // The menu is a window of the root's; upwards from its first entry comes the last.
-  wait_until([&] { return user.children(user.root()).size() > before; });
+  if (!wait_until([&] { return windows_on_screen() > before; }))
+    return false;
+  // Upwards from the menu's first entry comes the last.
   user.type_key(up);
   user.type_key(enter);
+  return true;
 }
 
 }  // namespace ondex::test

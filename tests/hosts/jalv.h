@@ -7,6 +7,7 @@
 
 #include "child_process.h"
 #include "picture.h"
+#include "sound_server.h"
 #include "temporary_folder.h"
 #include "x_client.h"
 #include "x_server.h"
@@ -18,8 +19,8 @@ namespace ondex::test {
 class JalvDesktop {
  public:
   JalvDesktop();
-  /// Whether everything started that jalv needs.
-  bool ready() const { return ready_; }
+  /// What keeps jalv from running here; empty when nothing does.
+  std::string problem();
 
   /// Qt opens no window wider than two thirds of the screen.
   test_support::XServer server{{"-screen", "0", "1600x1000x24"}};
@@ -37,25 +38,28 @@ class JalvDesktop {
   bool shows(xcb_window_t editor, const std::vector<std::string>& changes);
   /// Waits until the effect of a JACK client plays with this depth, a number as text.
   bool plays_depth(const std::string& client, double depth);
+  /// Waits until the sound server has missed a client that was killed.
+  bool loses_client(const std::string& client);
 
   void drag_depth(xcb_window_t editor, int points_up);
-  /// From jalv's menu.
-  void choose_preset(xcb_window_t editor);
-  void close(xcb_window_t editor) { user.send_protocol(top_level_of(editor), "WM_DELETE_WINDOW"); }
+  /// From jalv's menu; false when that does not open.
+  bool choose_preset(xcb_window_t editor);
+  /// By the button of the window that holds the editor; jalv's exit status.
+  int close(ChildProcess& jalv, xcb_window_t editor);
 
  private:
-  std::map<std::string, std::optional<std::string>> environment() const;
+  SoundServer::Environment environment() const;
   std::vector<xcb_window_t> editors_now();
   void collect(xcb_window_t window, std::vector<xcb_window_t>& found);
+  size_t windows_on_screen();
   Picture grab(xcb_window_t window);
   Picture reference(const std::vector<std::string>& changes);
   void write_bundles() const;
 
   TemporaryFolder folder_;
   test_support::WindowManager manager_{server.display()};
-  std::unique_ptr<ChildProcess> sound_;
+  SoundServer sound_{environment()};
   std::map<std::vector<std::string>, Picture> references_;
-  bool ready_ = false;
 };
 
 }  // namespace ondex::test

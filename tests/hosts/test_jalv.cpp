@@ -7,12 +7,10 @@
 namespace ondex::test {
 namespace {
 
-using test_support::wait_until;
-
 /// jalv embeds the editor through suil, in GTK 3 and in Qt 5.
 class Jalv : public testing::TestWithParam<const char*> {
  protected:
-  void SetUp() override { ASSERT_TRUE(desktop.ready()) << "no X server, window manager or jackd"; }
+  void SetUp() override { ASSERT_EQ(desktop.problem(), ""); }
 
   JalvDesktop desktop;
 };
@@ -26,6 +24,7 @@ TEST_P(Jalv, ShowsTheHostsValuesAndChangesThemByDragging) {
   desktop.drag_depth(editors[0], 50);
   EXPECT_TRUE(desktop.plays_depth("Ondex", 0.5));
   EXPECT_TRUE(desktop.shows(editors[0], {"2=0.5"}));
+  EXPECT_EQ(desktop.close(*jalv, editors[0]), 0) << jalv->errors();
 }
 
 TEST_P(Jalv, MovesTheControlsWithAPreset) {
@@ -33,9 +32,10 @@ TEST_P(Jalv, MovesTheControlsWithAPreset) {
   const auto editors = desktop.editors(1);
   ASSERT_EQ(editors.size(), 1U) << jalv->errors();
   EXPECT_TRUE(desktop.shows(editors[0], {"2=0.25"}));
-  desktop.choose_preset(editors[0]);
+  ASSERT_TRUE(desktop.choose_preset(editors[0]));
   EXPECT_TRUE(desktop.shows(editors[0], {"0=7", "2=0.75", "6=3.5"}));
   EXPECT_TRUE(desktop.plays_depth("Ondex", 0.75));
+  EXPECT_EQ(desktop.close(*jalv, editors[0]), 0) << jalv->errors();
 }
 
 TEST_P(Jalv, EndsWellWhenItsWindowIsClosed) {
@@ -43,8 +43,7 @@ TEST_P(Jalv, EndsWellWhenItsWindowIsClosed) {
   const auto editors = desktop.editors(1);
   ASSERT_EQ(editors.size(), 1U) << jalv->errors();
   EXPECT_TRUE(desktop.shows(editors[0], {"2=0.25"}));
-  desktop.close(editors[0]);
-  EXPECT_EQ(jalv->wait_for_exit(), 0) << jalv->errors();
+  EXPECT_EQ(desktop.close(*jalv, editors[0]), 0) << jalv->errors();
   EXPECT_TRUE(desktop.editors(0).empty());
 }
 
@@ -67,6 +66,8 @@ TEST_P(Jalv, KeepsTwoApartAndLeavesNothingWhenKilled) {
   EXPECT_EQ(second->wait_for_exit(), -SIGKILL);
   EXPECT_EQ(desktop.editors(1), first_editors);
   EXPECT_TRUE(desktop.shows(first_editors[0], {"2=0.25"}));
+  EXPECT_TRUE(desktop.loses_client("Ondex-01"));
+  EXPECT_EQ(desktop.close(*first, first_editors[0]), 0) << first->errors();
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Jalv, testing::Values("jalv.gtk3", "jalv.qt5"), [](const auto& host) {

@@ -3,10 +3,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <signal.h>
-#include <stdlib.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <cstdlib>
 
 namespace ondex::test {
 
@@ -16,6 +17,7 @@ namespace {
 constexpr int deadline_milliseconds = 60000;
 
 void run(const ChildProcess::Setup& setup, const int (&ends)[3]) {
+  prctl(PR_SET_PDEATHSIG, setup.end);
   for (int i = 0; i < 3; ++i)
     dup2(ends[i], i);
   for (const auto& [name, value] : setup.environment) {
@@ -35,7 +37,7 @@ void run(const ChildProcess::Setup& setup, const int (&ends)[3]) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const Setup& setup) {
+ChildProcess::ChildProcess(const Setup& setup) : end_(setup.end) {
   ::signal(SIGPIPE, SIG_IGN);
   int in[2];
   int out[2];
@@ -55,8 +57,12 @@ ChildProcess::ChildProcess(const Setup& setup) {
 
 ChildProcess::~ChildProcess() {
   if (pid_ > 0 && !status_) {
-    kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
+    kill(pid_, end_);
+    if (end_ != SIGKILL) {
+      wait_for_exit();
+    } else {
+      waitpid(pid_, nullptr, 0);
+    }
   }
   for (const int descriptor : {input_, output_descriptor_, error_descriptor_}) {
     if (descriptor >= 0)
@@ -139,6 +145,17 @@ bool ChildProcess::has_line(std::string_view text) {
   return output_.find(text) != std::string::npos;
 }
 
+bool ChildProcess::running() {
+  int status = 0;
+  if (!status_ && waitpid(pid_, &status, WNOHANG) == pid_)
+    note_end(status);
+  return !status_;
+}
+
+void ChildProcess::note_end(int status) {
+  status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
 int ChildProcess::wait_for_exit() {
   if (status_)
     return *status_;
@@ -153,7 +170,7 @@ int ChildProcess::wait_for_exit() {
   }
   int status = 0;
   waitpid(pid_, &status, 0);
-  status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  note_end(status);
   return *status_;
 }
 

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <csignal>
 #include <map>
 #include <optional>
 #include <string>
@@ -9,12 +10,14 @@
 
 namespace ondex::test {
 
-/// A program with its standard streams in our hands. It is killed when this goes.
+/// A program with its standard streams in our hands. It ends when this goes or the test dies.
 class ChildProcess {
  public:
   struct Setup {
     std::vector<std::string> arguments;                             ///< the program's path first
     std::map<std::string, std::optional<std::string>> environment;  ///< set, or unset where there is no value
+    int end =
+        SIGKILL;  ///< the signal that ends it; other than SIGKILL where it has to clean up behind itself
   };
   explicit ChildProcess(const Setup& setup);
   ~ChildProcess();
@@ -32,6 +35,7 @@ class ChildProcess {
   std::string wait_for_line(std::string_view text);
   /// Whether a line holding `text` has come by now; reads what is there without waiting.
   bool has_line(std::string_view text);
+  bool running();
   /// Waits for the end; the exit status, or minus the number of the signal that ended it.
   int wait_for_exit();
   /// Everything the program wrote so far.
@@ -43,7 +47,9 @@ class ChildProcess {
  private:
   bool read_some(int milliseconds);
   void drain();
+  void note_end(int status);
   pid_t pid_ = -1;
+  int end_;
   int input_ = -1;
   int output_descriptor_ = -1;
   int error_descriptor_ = -1;
