@@ -14,17 +14,19 @@ void clip_to_ellipse(CGContextRef context, CGRect ellipse) {
   CGContextClip(context);
 }
 
+/// Nowhere on the edge of a pixel.
+const CGRect ellipse = CGRectMake(CGFloat(3.3), CGFloat(4.7), CGFloat(90.1), CGFloat(61.9));
+
 /// A red shading through an ellipse, of which only what lies in `part` is drawn.
-void draw_ellipse(CGContextRef context, CGRect ellipse, CGRect part) {
+void draw_ellipse(CGContextRef context, CGRect shape, CGRect part) {
   CGContextSaveGState(context);
   CGContextClipToRect(context, part);
-  clip_to_ellipse(context, ellipse);
+  clip_to_ellipse(context, shape);
   draw_and_release(context, axial({0, 0}, {100, 0}, opaque_red, true, true));
   CGContextRestoreGState(context);
 }
 
 TEST(ShadingInAShape, DrawnInPartsIsAsDrawnAtOnce) {
-  constexpr CGRect ellipse{{3.3, 4.7}, {90.1, 61.9}};
   Canvas whole(100, 70);
   draw_ellipse(whole.context(), ellipse, {{0, 0}, {100, 70}});
   Canvas parts(100, 70);
@@ -36,7 +38,6 @@ TEST(ShadingInAShape, DrawnInPartsIsAsDrawnAtOnce) {
 }
 
 TEST(ShadingInAShape, CoversWhatAColourWouldCover) {
-  constexpr CGRect ellipse{{3.3, 4.7}, {90.1, 61.9}};
   Canvas shaded(100, 70);
   draw_ellipse(shaded.context(), ellipse, {{0, 0}, {100, 70}});
   Canvas filled(100, 70);
@@ -63,8 +64,8 @@ TEST(ShadingInAShape, ShapesThatDifferInAnythingAreToldApart) {
     CGContextRestoreGState(context);
   };
   Canvas one_after_the_other(40, 40);
-  for (const CGFloat x : {2, 5}) {
-    for (const CGFloat size : {20, 30}) {
+  for (const CGFloat x : {CGFloat(2), CGFloat(5)}) {
+    for (const CGFloat size : {CGFloat(20), CGFloat(30)}) {
       for (const bool even_odd : {false, true}) {
         for (const bool smooth : {false, true}) {
           one_after_the_other.fill(0);

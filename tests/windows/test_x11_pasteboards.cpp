@@ -11,6 +11,8 @@ class X11Pasteboard : public X11Test {
  protected:
   /// What `program` gets when it asks for a target.
   void ask(const std::string& selection, const std::string& target) {
+    // The server serves its clients in any order: what we offer must have reached it.
+    settle();
     program.ask(selection, target);
     ASSERT_TRUE(until([this] {
       program.serve();
