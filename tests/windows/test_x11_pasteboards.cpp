@@ -9,10 +9,13 @@ using testing::UnorderedElementsAre;
 
 class X11Pasteboard : public X11Test {
  protected:
+  /// The server serves its clients in any order: before another one acts, our offer must have reached it.
+  void offer(std::string text, Pasteboard pasteboard = Pasteboard::copied) {
+    system->offerText(pasteboard, std::move(text));
+    settle();
+  }
   /// What `program` gets when it asks for a target.
   void ask(const std::string& selection, const std::string& target) {
-    // The server serves its clients in any order: what we offer must have reached it.
-    settle();
     program.ask(selection, target);
     ASSERT_TRUE(until([this] {
       program.serve();
@@ -45,8 +48,8 @@ class X11Pasteboard : public X11Test {
 };
 
 TEST_F(X11Pasteboard, AnotherProgramGetsWhatIsOffered) {
-  system->offerText(Pasteboard::copied, "0.5 \u00e9 \u221a");
-  system->offerText(Pasteboard::selected, "other");
+  offer("0.5 \u00e9 \u221a");
+  offer("other", Pasteboard::selected);
   ask("CLIPBOARD", "UTF8_STRING");
   EXPECT_EQ(program.bytes(), "0.5 \u00e9 \u221a");
   EXPECT_EQ(program.type(), "UTF8_STRING");
@@ -62,9 +65,9 @@ TEST_F(X11Pasteboard, AnotherProgramGetsWhatIsOffered) {
 TEST_F(X11Pasteboard, TellsTheTargetsAndTheTimeThatItServes) {
   PlatformWindow& w = open();
   user.point(150, 100);
-  user.click(1);
+  user.press(1);
   ASSERT_TRUE(until([&] { return recorder.count("down") == 1; }));
-  system->offerText(Pasteboard::copied, "1");
+  offer("1");
   ask("CLIPBOARD", "TARGETS");
   std::vector<uint32_t> atoms;
   for (const char* name : {"TARGETS", "TIMESTAMP", "UTF8_STRING", "text/plain;charset=utf-8", "STRING"})
@@ -75,10 +78,11 @@ TEST_F(X11Pasteboard, TellsTheTargetsAndTheTimeThatItServes) {
   const double click = recorder.of(WindowEventType::mouse_down).front().timestamp;
   EXPECT_EQ(program.words().front(), static_cast<uint32_t>(click * 1000 + 0.5));
   EXPECT_TRUE(w.viewable());
+  user.release(1);
 }
 
 TEST_F(X11Pasteboard, RefusesOtherTargets) {
-  system->offerText(Pasteboard::copied, "1");
+  offer("1");
   for (const char* target : {"image/png", "MULTIPLE", "COMPOUND_TEXT"}) {
     ask("CLIPBOARD", target);
     EXPECT_TRUE(program.refused()) << target;
@@ -86,7 +90,7 @@ TEST_F(X11Pasteboard, RefusesOtherTargets) {
 }
 
 TEST_F(X11Pasteboard, GivesUpWhatAnotherProgramOffersInstead) {
-  system->offerText(Pasteboard::copied, "ours");
+  offer("ours");
   EXPECT_EQ(requested(), "ours");
   program.own_text("CLIPBOARD", "theirs");
   settle();
@@ -95,8 +99,7 @@ TEST_F(X11Pasteboard, GivesUpWhatAnotherProgramOffersInstead) {
 
 TEST_F(X11Pasteboard, ALaterOfferReplacesTheEarlier) {
   system->offerText(Pasteboard::copied, "1");
-  system->offerText(Pasteboard::copied, "2");
-  settle();
+  offer("2");
   ask("CLIPBOARD", "UTF8_STRING");
   EXPECT_EQ(program.bytes(), "2");
 }
