@@ -11,11 +11,15 @@ void paint_layer(CGContext& context, const Target& layer) {
   if (cairo_surface_status(layer.surface.get()) != CAIRO_STATUS_SUCCESS)
     return;
   const double alpha = context.state().alpha;
-  paint_object(context, layer.bounds, Ink::picture, [&](cairo_t* cr) {
+  const auto draw = [&](cairo_t* cr) {
     cairo_set_source_surface(cr, layer.surface.get(), 0, 0);
     cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_BILINEAR);
     cairo_paint_with_alpha(cr, alpha);
-  });
+  };
+  cairo_surface_flush(layer.surface.get());
+  if (context.state().has_shadow && !cast_shadow_of_picture(context, {layer.memory, layer.bounds, alpha}))
+    cast_shadow(context, layer.bounds, draw);
+  draw(context.cr());
   // Cairo must not hold on to memory that the next layer overwrites.
   cairo_set_source_rgb(context.cr(), 0, 0, 0);
 }

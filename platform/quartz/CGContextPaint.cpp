@@ -100,7 +100,7 @@ void paint_path(CGContext& context, const PathPaint& paint) {
     });
     return;
   }
-  paint_object(context, extents, Ink::color, [&](cairo_t* cr) {
+  paint_object(context, extents, [&](cairo_t* cr) {
     cairo_set_antialias(cr, smoothing(state));
     if (paint.fill) {
       set_source(cr, state.fill, state.alpha);

@@ -81,6 +81,7 @@ Surface coverage_of(const ClipPath& shape) {
   cairo_set_fill_rule(cr.get(), shape.rule);
   cairo_set_antialias(cr.get(), shape.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
   cairo_fill(cr.get());
+  cairo_surface_flush(coverage.get());
   return coverage;
 }
 

@@ -22,72 +22,50 @@ void paint_directly(CGContext& context, ShadingPainter& painter) {
   cairo_surface_mark_dirty(surface);
 }
 
-/// A shading's pixels, ready to be drawn.
-class ShadingPicture {
- public:
-  ShadingPicture(CGContext& context, ShadingPainter& painter, PixelBounds area) {
-    const auto width = static_cast<size_t>(area.width());
-    context.scratch.resize(std::max(context.scratch.size(), width * static_cast<size_t>(area.height())));
-    painter.fill({context.scratch.data(), width, area});
-    surface_ = surface_on(context.scratch, area);
-  }
-
-  void draw(cairo_t* cr) const {
-    set_source(cr);
-    cairo_paint(cr);
-    // Cairo must not hold on to memory that the next shading overwrites.
-    cairo_set_source_rgb(cr, 0, 0, 0);
-  }
-  void draw_through(cairo_t* cr, const ShapeMask& mask, PixelBounds bounds) const {
-    cairo_save(cr);
-    cairo_rectangle(cr, bounds.x0, bounds.y0, bounds.width(), bounds.height());
-    cairo_clip(cr);
-    set_source(cr);
-    cairo_mask_surface(cr, mask.coverage.get(), 0, 0);
-    cairo_restore(cr);
-  }
-
- private:
-  void set_source(cairo_t* cr) const {
-    cairo_set_source_surface(cr, surface_.get(), 0, 0);
-    cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_BILINEAR);
-  }
-
-  Surface surface_;
-};
+void set_picture(cairo_t* cr, const Surface& picture) {
+  cairo_set_source_surface(cr, picture.get(), 0, 0);
+  cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_BILINEAR);
+}
 
 /// Cairo would paint a picture through the shape row by row, and a part of it not quite as it paints the
 /// whole.
-void draw_through_shape(CGContext& context, const ShadingPicture& picture, const ShapeMask& mask) {
-  const GraphicsState& state = context.state();
-  if (state.has_shadow) {
-    const PixelBounds casting =
-        context.bounds_of_clips(state.shadow.clip_count, state.clip_count, everywhere);
-    cast_shadow(context, casting, Ink::clipped_picture,
-                [&](cairo_t* cr) { picture.draw_through(cr, mask, casting); });
-  }
-  if (state.clip_bounds.empty())
+void draw_through(CGContext& context, const Surface& picture, const ShapeMask& mask) {
+  const PixelBounds bounds = context.state().clip_bounds;
+  if (bounds.empty())
     return;
   cairo_t* cr = context.cr();
   cairo_save(cr);
   cairo_reset_clip(cr);
-  picture.draw_through(cr, mask, state.clip_bounds);
+  cairo_rectangle(cr, bounds.x0, bounds.y0, bounds.width(), bounds.height());
+  cairo_clip(cr);
+  set_picture(cr, picture);
+  cairo_mask_surface(cr, mask.coverage.get(), 0, 0);
   cairo_restore(cr);
 }
 
+/// Through a picture of the shading.
 void paint_through_clip(CGContext& context, ShadingPainter& painter) {
   const PixelBounds area = picture_bounds(context);
   if (area.empty())
     return;
-  const ShadingPicture picture(context, painter, area);
-  const GraphicsState& state = context.state();
-  const size_t first = context.target().first_clip;
-  // A shape that was clipped to before the shadow was set does not shape the shadow.
-  const bool is_whole_shape = !state.has_shadow || state.shadow.clip_count == first;
-  if (const ShapeMask* mask = is_whole_shape ? context.mask_of_clips(first) : nullptr) {
-    draw_through_shape(context, picture, *mask);
+  std::vector<uint32_t>& pixels = context.scratch;
+  const auto width = static_cast<size_t>(area.width());
+  pixels.resize(std::max(pixels.size(), width * static_cast<size_t>(area.height())));
+  painter.fill({pixels.data(), width, area});
+  const Surface picture = surface_on(pixels, area);
+  const auto draw = [&picture](cairo_t* cr) {
+    set_picture(cr, picture);
+    cairo_paint(cr);
+    // Cairo must not hold on to memory that the next shading overwrites.
+    cairo_set_source_rgb(cr, 0, 0, 0);
+  };
+  const ShapeMask* mask = context.mask_of_clips(context.target().first_clip);
+  if (context.state().has_shadow && !cast_shadow_of_picture(context, {pixels, area, 1, mask}))
+    cast_shadow(context, area, draw);
+  if (mask) {
+    draw_through(context, picture, *mask);
   } else {
-    paint_object(context, area, Ink::picture, [&](cairo_t* cr) { picture.draw(cr); });
+    draw(context.cr());
   }
 }
 

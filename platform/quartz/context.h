@@ -64,6 +64,11 @@ struct ClipPath {
 struct ShapeMask {
   ClipPath shape;
   Surface coverage;  ///< of shape.bounds, in device pixels
+  /// That of a row of device pixels, from shape.bounds.x0 on.
+  const uint8_t* row(int y) const {
+    return cairo_image_surface_get_data(coverage.get()) +
+           static_cast<ptrdiff_t>(y - shape.bounds.y0) * cairo_image_surface_get_stride(coverage.get());
+  }
 };
 
 /// What is drawn on: the bitmap, or a transparency layer, which has no pixels until something is drawn on it.
@@ -79,11 +84,12 @@ struct Target {
 /// Draws an object in device pixels, without its clip, on whatever it is given.
 using DrawObject = std::function<void(cairo_t*)>;
 
-/// What an object is drawn with.
-enum class Ink {
-  color,
-  picture,          ///< Cairo is quick to draw a colour on a mask, but not a picture
-  clipped_picture,  ///< one that is drawn through the clips without being asked to
+/// Pixels to be drawn in their places.
+struct Picture {
+  const std::vector<uint32_t>& pixels;
+  PixelBounds bounds;
+  double alpha = 1;                 ///< on top of that of the pixels
+  const ShapeMask* mask = nullptr;  ///< what they are drawn through, besides clips to whole pixels
 };
 
 struct CGContext : Counted {
@@ -143,15 +149,19 @@ Surface surface_on(std::vector<uint32_t>& memory, PixelBounds bounds);
 PixelBounds picture_bounds(const CGContext& context);
 
 /// Casts the shadow that the state asks for. `extents` holds all that `draw` paints.
-void cast_shadow(CGContext& context, PixelBounds extents, Ink ink, const DrawObject& draw);
+void cast_shadow(CGContext& context, PixelBounds extents, const DrawObject& draw);
+
+/// The same for a picture: Cairo is slow to make a mask of one. False when that would not do, because there
+/// are other clips than the picture's mask, or the shadow is sharp and moves by parts of a pixel.
+bool cast_shadow_of_picture(CGContext& context, const Picture& picture);
 
 /// Draws one object with its shadow, through the clip.
 template <typename Draw>
-void paint_object(CGContext& context, PixelBounds extents, Ink ink, const Draw& draw) {
+void paint_object(CGContext& context, PixelBounds extents, const Draw& draw) {
   if (intersection(extents, picture_bounds(context)).empty())
     return;
   if (context.state().has_shadow)
-    cast_shadow(context, extents, ink, std::ref(draw));
+    cast_shadow(context, extents, std::ref(draw));
   draw(context.cr());
 }
 

@@ -31,7 +31,7 @@ bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const cair
   if (cairo_surface_status(mask.surface.get()) != CAIRO_STATUS_SUCCESS)
     return false;
   const double alpha = context.state().alpha;
-  paint_object(context, moved(mask.bounds, x, y), Ink::color, [&](cairo_t* cr) {
+  paint_object(context, moved(mask.bounds, x, y), [&](cairo_t* cr) {
     set_source(cr, color, alpha);
     cairo_mask_surface(cr, mask.surface.get(), x + mask.bounds.x0, y + mask.bounds.y0);
   });
@@ -42,7 +42,7 @@ bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const cair
 void paint_outlines(CGContext& context, const TextLayout& layout, size_t lines, const cairo_matrix_t& m,
                     const Rgba& color) {
   const double alpha = context.state().alpha;
-  paint_object(context, everywhere, Ink::color, [&](cairo_t* cr) {
+  paint_object(context, everywhere, [&](cairo_t* cr) {
     cairo_matrix_t before;
     cairo_get_matrix(cr, &before);
     cairo_new_path(cr);
