@@ -24,18 +24,29 @@ double stroke_reach(const GraphicsState& state) {
 /// The outline of an ellipse has five segments; more than these has a curve that goes from point to point.
 constexpr size_t many_segments = 32;
 
+/// A curve of which a row of pixels meets more edges than these oscillates so fast that what is between them
+/// blurs.
+constexpr double many_edges = 8;
+
 cairo_antialias_t smoothing(const GraphicsState& state) {
   return state.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE;
 }
 
-/// On such a curve's line Cairo's coarser smoothing, of 16 steps, cannot be told from the finer, which takes
-/// twice the time.
+/// Cairo's coarser smoothing, of 16 steps, takes less than half the time of the finer.
+cairo_antialias_t fill_smoothing(const GraphicsState& state, const PathData& path) {
+  return state.antialias && path.segments() > many_segments && path.edges_a_row() > many_edges
+             ? CAIRO_ANTIALIAS_FAST
+             : smoothing(state);
+}
+
+/// On the line of a curve it cannot be told from the finer.
 cairo_antialias_t stroke_smoothing(const GraphicsState& state, const PathData& path) {
   return state.antialias && path.segments() > many_segments ? CAIRO_ANTIALIAS_FAST : smoothing(state);
 }
 
 /// With the source that is set.
-void fill_on(cairo_t* cr, const PathData& path, cairo_fill_rule_t rule) {
+void fill_on(cairo_t* cr, const GraphicsState& state, const PathData& path, cairo_fill_rule_t rule) {
+  cairo_set_antialias(cr, fill_smoothing(state, path));
   cairo_new_path(cr);
   path.append_to(cr);
   cairo_set_fill_rule(cr, rule);
@@ -95,16 +106,14 @@ void paint_path(CGContext& context, const PathPaint& paint) {
   if (is_one_colour && color.alpha * state.alpha < 1 && !state.has_shadow &&
       path.segments() > many_segments) {
     paint_through_mask(context, extents, color, [&](cairo_t* cr) {
-      cairo_set_antialias(cr, smoothing(state));
-      paint.fill ? fill_on(cr, path, paint.rule) : stroke_on(cr, state, path);
+      paint.fill ? fill_on(cr, state, path, paint.rule) : stroke_on(cr, state, path);
     });
     return;
   }
   paint_object(context, extents, [&](cairo_t* cr) {
-    cairo_set_antialias(cr, smoothing(state));
     if (paint.fill) {
       set_source(cr, state.fill, state.alpha);
-      fill_on(cr, path, paint.rule);
+      fill_on(cr, state, path, paint.rule);
     }
     if (paint.stroke) {
       set_source(cr, state.stroke, state.alpha);
