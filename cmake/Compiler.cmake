@@ -15,6 +15,10 @@ if(ONDEX_CGFLOAT_IS_FLOAT)
   add_compile_definitions(ONDEX_CGFLOAT_IS_FLOAT=1)
 endif()
 
+# Whether rooms and files choose a level of optimisation of their own: what is built to find faults compiles sooner
+# without.
+set(ONDEX_IS_FAST "$<NOT:$<OR:$<CONFIG:Debug>,$<BOOL:${ONDEX_SANITIZE}>>>")
+
 if(ONDEX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)

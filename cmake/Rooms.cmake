@@ -24,7 +24,7 @@ function(ondex_room room)
     target_compile_options(${room} PRIVATE -fno-asynchronous-unwind-tables -fno-unwind-tables)
   endif()
   if(arg_SMALL)
-    target_compile_options(${room} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Os> -ffunction-sections -fdata-sections)
+    target_compile_options(${room} PRIVATE $<${ONDEX_IS_FAST}:-Os> -ffunction-sections -fdata-sections)
   endif()
 endfunction()
 
