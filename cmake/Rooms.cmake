@@ -31,15 +31,29 @@ endfunction()
 # The tests of one room: a GoogleTest program named <room>_tests, each test known to ctest by its name.
 # What several rooms' tests need lies in tests/support and is included by its plain name.
 #
-#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>] [ONE_AT_A_TIME])
+#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>] [ONE_AT_A_TIME] [LONG <tests>])
+#
+# Those that run one at a time and the long ones begin first, so that in the end no processor waits for them.
 function(ondex_tests room)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_AT_A_TIME" "" "SOURCES;ROOMS;LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_AT_A_TIME" "" "SOURCES;ROOMS;LIBS;LONG")
   add_executable(${room}_tests ${arg_SOURCES})
   target_link_libraries(${room}_tests PRIVATE ${arg_ROOMS} ${arg_LIBS} test_main)
   set_target_properties(${room}_tests PROPERTIES POSITION_INDEPENDENT_CODE OFF)
   target_precompile_headers(${room}_tests REUSE_FROM test_main)
   if(arg_ONE_AT_A_TIME)
-    set(properties PROPERTIES RESOURCE_LOCK ${room})
+    set(properties PROPERTIES RESOURCE_LOCK ${room} COST 100)
   endif()
   gtest_discover_tests(${room}_tests DISCOVERY_TIMEOUT 60 ${properties})
+  if(arg_LONG)
+    # The tests are known only when ctest runs.
+    set(costs "${CMAKE_CURRENT_BINARY_DIR}/${room}_costs.cmake")
+    file(WRITE "${costs}" "foreach(test ${arg_LONG})
+  list(FIND ${room}_tests_TESTS \"\${test}\" place)
+  if(place GREATER -1)
+    set_tests_properties(\"\${test}\" PROPERTIES COST 200)
+  endif()
+endforeach()
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${costs}")
+  endif()
 endfunction()
