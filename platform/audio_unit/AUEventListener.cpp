@@ -1,9 +1,9 @@
 #include "audio_unit/AUEventListener.h"
 
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 #include "audio_unit/effect.h"
 #include "audio_unit/event_listener.h"
@@ -29,7 +29,7 @@ OSStatus check(const AudioUnitEvent* event) {
   AudioUnit unit = event->mEventType == kAudioUnitEvent_PropertyChange
                        ? event->mArgument.mProperty.mAudioUnit
                        : event->mArgument.mParameter.mAudioUnit;
-  return units.lease(unit) ? noErr : badComponentInstance;
+  return units.find(unit) ? noErr : badComponentInstance;
 }
 
 bool is_any_parameter(const AudioUnitEvent& event) {
@@ -44,14 +44,14 @@ bool is_gesture(const AudioUnitEvent& event) {
 
 void tell_host_of_gesture(const AudioUnitEvent& event) {
   const AudioUnitParameter& parameter = event.mArgument.mParameter;
-  const auto effect = units.lease(parameter.mAudioUnit);
-  if (!effect)
-    return;
-  const decltype(units)::CallOut call_out(effect);
+  const std::shared_ptr<Effect> effect = units.find(parameter.mAudioUnit);
   Float32 value = 0;
-  const bool known = parameter.mScope == kAudioUnitScope_Global && parameter.mElement == 0 &&
-                     effect->read(parameter.mParameterID, value);
-  if (known && effect->on_gesture) {
+  if (!effect || AudioUnitGetParameter(parameter.mAudioUnit, parameter.mParameterID, parameter.mScope,
+                                       parameter.mElement, &value) != noErr) {
+    return;
+  }
+  const CallGate::Pass pass(effect->gate);
+  if (pass && effect->on_gesture) {
     effect->on_gesture(parameter.mParameterID,
                        event.mEventType == kAudioUnitEvent_BeginParameterChangeGesture);
   }
@@ -78,44 +78,38 @@ OSStatus AUEventListenerCreate(AUEventListenerProc inProc, void* inUserData, CFR
   // An interval too short to count is one microsecond: rounds are asked for, and come on the run loop.
   const double interval =
       inNotificationInterval > 0 ? std::fmax(to_seconds(inNotificationInterval), 1e-6) : 0;
-  auto listener = std::make_unique<EventListener>(inProc, inUserData, *current, interval,
-                                                  to_seconds(inValueChangeGranularity));
-  EventListener* made = listener.get();
-  AUEventListenerRef name = listeners.add(listener);
-  if (!name) {
-    NSLog("There is no room for one more event listener");
-    return kAudio_ParamError;
-  }
-  made->setName(name);
-  *outListener = name;
+  *outListener = listeners.add(std::make_shared<EventListener>(inProc, inUserData, *current, interval,
+                                                               to_seconds(inValueChangeGranularity)));
   return noErr;
 }
 
 OSStatus AUListenerDispose(AUParameterListenerRef inListener) {
-  return listeners.retire(inListener) ? noErr : kAudio_ParamError;
+  const std::shared_ptr<EventListener> listener = listeners.remove(inListener);
+  if (!listener)
+    return kAudio_ParamError;
+  listener->end();
+  return noErr;
 }
 
 OSStatus AUEventListenerAddEventType(AUEventListenerRef inListener, void* inObject,
                                      const AudioUnitEvent* inEvent) {
-  const auto listener = listeners.lease(inListener);
+  const std::shared_ptr<EventListener> listener = listeners.find(inListener);
   if (!listener)
     return kAudio_ParamError;
   if (const OSStatus status = check(inEvent); status != noErr)
     return status;
   if (is_any_parameter(*inEvent))
     return kAudioUnitErr_InvalidParameter;
-  const EventListener::Table::CallOut call_out(listener);
   listener->add(inObject, *inEvent);
   return noErr;
 }
 
 OSStatus AUEventListenerRemoveEventType(AUEventListenerRef inListener, void* inObject,
                                         const AudioUnitEvent* inEvent) {
-  const auto listener = listeners.lease(inListener);
+  const std::shared_ptr<EventListener> listener = listeners.find(inListener);
   // What was registered may be taken back even when its unit has gone.
   if (!listener || !inEvent || inEvent->mEventType > kAudioUnitEvent_PropertyChange)
     return kAudio_ParamError;
-  const EventListener::Table::CallOut call_out(listener);
   listener->remove(inObject, *inEvent);
   return noErr;
 }
@@ -126,20 +120,13 @@ OSStatus AUEventListenerNotify(AUEventListenerRef inSendingListener, void* inSen
     return status;
   if (is_gesture(*inEvent))
     tell_host_of_gesture(*inEvent);
-  announce(*inEvent, {inSendingListener, inSendingObject});
+  const EventSender sender{inSendingListener, inSendingObject};
+  {
+    const std::lock_guard lock(audio_unit_lock);
+    queue_for_all({.event = *inEvent}, sender);
+  }
+  call_at_once({.event = *inEvent}, sender);
   return noErr;
-}
-
-OSStatus AUParameterSet(AUParameterListenerRef inSendingListener, void* inSendingObject,
-                        const AudioUnitParameter* inParameter, AudioUnitParameterValue inValue,
-                        UInt32 /*inBufferOffsetInFrames*/) {
-  if (!inParameter)
-    return kAudio_ParamError;
-  std::uint32_t order = 0;
-  const OSStatus status = write_parameter(*inParameter, inValue, &order);
-  if (status == noErr)
-    announce_write(*inParameter, inValue, order, {inSendingListener, inSendingObject});
-  return status;
 }
 
 }  // namespace cocoa

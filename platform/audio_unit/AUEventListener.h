@@ -6,13 +6,14 @@
 /// Who is told of what happens to parameters, when, and with which value.
 ///
 /// A listener belongs to the run loop that it was made for: it is made, changed and disposed on that loop's
-/// thread, also from inside its own callback, and called back there. Events are sent from any thread, the
-/// audio thread included: sending takes no lock, allocates nothing and waits for nobody.
+/// thread, also from inside its own callback, and called back there. Events are sent from any thread; sending
+/// takes a lock for a moment, so it is not for the audio thread.
 ///
 /// Delivery comes in rounds. The first event that a listener has not been told starts one, `interval` later
 /// all that has come in is told in the order of its time. A value change that follows the one before of the
-/// same parameter by less than `granularity` replaces it; gestures and property changes are all told, and
-/// no value change moves across one that concerns its parameter. Both times are in seconds, taken to the
+/// same parameter by less than `granularity` replaces it (after a thousand untold events, for a loop that is
+/// not turned, whenever it follows); gestures and property changes are all told, and no value change moves
+/// across one that concerns its parameter. Both times are in seconds, taken to the
 /// microsecond, of the clock that the run loop has when the listener is made.
 /// A change replaces an earlier one also for the object that it is not told to because that object made it:
 /// nobody hears of a value that it has overwritten itself.

@@ -1,49 +1,80 @@
 #include "audio_unit/AudioUnit.h"
 
+#include <memory>
+#include <mutex>
+
+#include "audio_unit/AUEventListener.h"
 #include "audio_unit/effect.h"
 
 namespace cocoa {
 
 namespace {
 
-OSStatus check_place(AudioUnitScope scope, AudioUnitElement element) {
-  if (scope != kAudioUnitScope_Global)
+/// noErr, with the unit's effect, when the unit is there and the place one that parameters are in.
+OSStatus find_effect(const AudioUnitParameter& parameter, std::shared_ptr<Effect>& effect) {
+  effect = units.find(parameter.mAudioUnit);
+  if (!effect)
+    return badComponentInstance;
+  if (parameter.mScope != kAudioUnitScope_Global)
     return kAudioUnitErr_InvalidScope;
-  return element == 0 ? noErr : kAudioUnitErr_InvalidElement;
+  return parameter.mElement == 0 ? noErr : kAudioUnitErr_InvalidElement;
+}
+
+void tell_host_of_write(Effect& effect, AudioUnitParameterID id, Float32 value) {
+  const CallGate::Pass pass(effect.gate);
+  if (pass && effect.on_write)
+    effect.on_write(id, value);
 }
 
 }  // namespace
 
 OSStatus AudioUnitGetParameter(AudioUnit inUnit, AudioUnitParameterID inID, AudioUnitScope inScope,
                                AudioUnitElement inElement, AudioUnitParameterValue* outValue) {
-  const auto effect = units.lease(inUnit);
-  if (!effect)
-    return badComponentInstance;
+  std::shared_ptr<Effect> effect;
+  const OSStatus status = find_effect({inUnit, inID, inScope, inElement}, effect);
+  if (status == badComponentInstance)
+    return status;
   if (!outValue)
     return kAudio_ParamError;
-  if (const OSStatus status = check_place(inScope, inElement); status != noErr)
+  if (status != noErr)
     return status;
+  const std::lock_guard lock(audio_unit_lock);
   return effect->read(inID, *outValue) ? noErr : kAudioUnitErr_InvalidParameter;
 }
 
 OSStatus AudioUnitSetParameter(AudioUnit inUnit, AudioUnitParameterID inID, AudioUnitScope inScope,
                                AudioUnitElement inElement, AudioUnitParameterValue inValue,
                                UInt32 /*inBufferOffsetInFrames*/) {
-  std::uint32_t order = 0;
-  return write_parameter({inUnit, inID, inScope, inElement}, inValue, &order);
+  std::shared_ptr<Effect> effect;
+  if (const OSStatus status = find_effect({inUnit, inID, inScope, inElement}, effect); status != noErr)
+    return status;
+  {
+    const std::lock_guard lock(audio_unit_lock);
+    if (!effect->write(inID, inValue))
+      return kAudioUnitErr_InvalidParameter;
+  }
+  tell_host_of_write(*effect, inID, inValue);
+  return noErr;
 }
 
-OSStatus write_parameter(const AudioUnitParameter& parameter, Float32 value, std::uint32_t* order) {
-  const auto effect = units.lease(parameter.mAudioUnit);
-  if (!effect)
-    return badComponentInstance;
-  if (const OSStatus status = check_place(parameter.mScope, parameter.mElement); status != noErr)
+OSStatus AUParameterSet(AUParameterListenerRef inSendingListener, void* inSendingObject,
+                        const AudioUnitParameter* inParameter, AudioUnitParameterValue inValue,
+                        UInt32 /*inBufferOffsetInFrames*/) {
+  if (!inParameter)
+    return kAudio_ParamError;
+  std::shared_ptr<Effect> effect;
+  if (const OSStatus status = find_effect(*inParameter, effect); status != noErr)
     return status;
-  if (!effect->write(parameter.mParameterID, value, order))
-    return kAudioUnitErr_InvalidParameter;
-  const decltype(units)::CallOut call_out(effect);
-  if (effect->on_write)
-    effect->on_write(parameter.mParameterID, value);
+  const EventSender sender{inSendingListener, inSendingObject};
+  const SentEvent change = value_change_to(*inParameter, inValue);
+  {
+    const std::lock_guard lock(audio_unit_lock);
+    if (!effect->write(inParameter->mParameterID, inValue))
+      return kAudioUnitErr_InvalidParameter;
+    queue_for_all(change, sender);
+  }
+  tell_host_of_write(*effect, inParameter->mParameterID, inValue);
+  call_at_once(change, sender);
   return noErr;
 }
 

@@ -5,7 +5,7 @@
 
 /// An effect as its editor sees it: a number of parameters that can be read and written.
 ///
-/// Any thread, lock-free. Errors are answered as statuses and never logged here: the callers that ask while
+/// Any thread. Errors are answered as statuses and never logged here: the callers that ask while
 /// an effect comes or goes do so in good faith.
 
 namespace cocoa {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -32,19 +33,19 @@ class EffectInstance {
   EffectInstance(const EffectInstance&) = delete;
   EffectInstance& operator=(const EffectInstance&) = delete;
 
-  /// What editors know it by. Null when the process has no room for one more (logged).
+  /// What editors know it by.
   AudioUnit audio_unit() const { return unit_; }
   const std::vector<EffectParameter>& parameters() const;
 
   /// Stores what the host has set, as it is, and tells every listener of the parameter. The value is neither
   /// clamped nor checked, a NaN included: the effect has what its host gives it, what a control shows for it
-  /// is the control's affair. False when there is no such parameter. Any thread, lock-free.
+  /// is the control's affair. False when there is no such parameter. Any thread.
   bool setFromHost(AudioUnitParameterID id, Float32 value);
-  /// The current value; NaN when there is no such parameter. Any thread, lock-free.
+  /// The current value; NaN when there is no such parameter. Any thread.
   Float32 value(AudioUnitParameterID id) const;
 
   /// Called after each write that comes through AudioUnitSetParameter or AUParameterSet, never for
-  /// setFromHost, and before listeners are told; on the thread that writes.
+  /// setFromHost, on the thread that writes; before the listeners of that thread's loop are told.
   /// Observers are set before an editor is given the unit.
   void onWrite(std::function<void(AudioUnitParameterID id, Float32 value)> observe);
   /// Called when somebody begins (true) or ends (false) to change one of the parameters by hand; on the
@@ -52,8 +53,8 @@ class EffectInstance {
   void onGesture(std::function<void(AudioUnitParameterID id, bool begins)> observe);
 
  private:
-  Effect* effect_;  // owned by the table of units, or by this when that is full
-  AudioUnit unit_;
+  const std::shared_ptr<Effect> effect_;
+  const AudioUnit unit_;
 };
 
 }  // namespace cocoa

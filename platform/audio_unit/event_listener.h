@@ -1,37 +1,46 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "audio_unit/AUEventListener.h"
-#include "audio_unit/event_ring.h"
-#include "audio_unit/handle_table.h"
+#include "audio_unit/call_gate.h"
+#include "audio_unit/handles.h"
 #include "audio_unit/pending_events.h"
 
 namespace cocoa {
 
-/// What an AUEventListenerRef stands for. All but receive() belongs to the run loop's thread.
-class EventListener {
+/// Held while values, registrations and events that wait are looked at or changed, so that a value and what
+/// is said of it go one way; never while code of others is called.
+inline std::mutex audio_unit_lock;
+
+/// Who sends an event; without a listener, nobody of those who are told.
+struct EventSender {
+  AUEventListenerRef listener = nullptr;
+  void* object = nullptr;
+};
+
+/// What an AUEventListenerRef stands for. All but queue() and callAtOnce() belongs to the run loop's thread.
+class EventListener : public std::enable_shared_from_this<EventListener> {
  public:
   /// Times in seconds; an interval of 0 calls back at once.
   EventListener(AUEventListenerProc proc, void* user_data, CFRunLoop& loop, double interval,
                 double granularity);
-  EventListener(const EventListener&) = delete;
-  EventListener& operator=(const EventListener&) = delete;
-  ~EventListener();
-
-  /// Tells the listener its own name, before it takes part in anything.
-  void setName(AUEventListenerRef name) { name_ = name; }
 
   void add(void* object, const AudioUnitEvent& event);
   void remove(void* object, const AudioUnitEvent& event);
 
-  using Table = HandleTable<EventListener, AUListenerBase>;
-  /// Hands in an event, whose time is filled in here. Any thread, under `self`, the sender's lease on this.
-  void receive(SentEvent event, const Table::Lease& self);
+  /// Keeps the event for the next round; with an interval of 0 nothing. Under the lock.
+  void queue(const SentEvent& event);
+  /// With an interval of 0 calls back on the calling thread.
+  void callAtOnce(const SentEvent& event);
+  /// No callback comes after this, and the run loop knows the listener no more, although senders on other
+  /// threads may still keep it for a moment.
+  void end();
 
  private:
   struct Registration {
@@ -42,57 +51,39 @@ class EventListener {
   };
   using Registrations = std::vector<Registration>;
 
-  /// The newest write of a parameter that the listener has heard of.
-  struct NewestWrite {
-    AudioUnitParameter parameter;
-    std::uint32_t order;
-    double time;
-  };
-
-  void publish(std::unique_ptr<const Registrations> registrations);
+  bool isRegisteredFor(const AudioUnitEvent& event) const;
   bool isRegistered(const Registration& registration) const;
   std::vector<AudioUnitParameter> watchedParameters(AudioUnit unit) const;
+  SentEvent stamped(SentEvent event);
 
-  void drain();
-  void accept(SentEvent event);
-  bool keepsOrder(SentEvent& event);
-  void resynchronise();
   void startRound();
   void finishRound();
-  void tell(const SentEvent& sent, std::span<const SentEvent> later, const Table::Lease& self) const;
+  void tell(const SentEvent& sent, std::span<const SentEvent> later);
 
   const AUEventListenerProc proc_;
   void* const user_data_;
   CFRunLoop& loop_;  // of the thread that it is used on
   const Clock& clock_;
   const double interval_;
-  AUEventListenerRef name_ = nullptr;
-
-  /// Never changed but replaced, as senders read it; the ones before stay until nobody can be reading them.
-  std::atomic<const Registrations*> registrations_;
-  std::vector<std::unique_ptr<const Registrations>> kept_registrations_;
-
-  const std::unique_ptr<EventRing> ring_;  // null when the interval is 0
-  std::atomic<bool> overflowed_ = false;
-  PendingEvents pending_;
-  std::vector<NewestWrite> newest_writes_;
+  CallGate gate_;
   CFRunLoop::AttachmentRef round_;
-  CFRunLoop::SourceRef source_;
+
+  // Of audio_unit_lock.
+  Registrations registrations_;
+  PendingEvents pending_;
+  std::uint64_t tickets_ = 0;    ///< given to events so far
+  CFRunLoop::SourceRef source_;  ///< null when the interval is 0, and after the end
 };
 
 /// All listeners of the process.
-inline constinit EventListener::Table listeners;
+inline Handles<EventListener, AUListenerBase> listeners;
 
-/// Who sends an event; without a listener, nobody of those who are told.
-struct EventSender {
-  AUEventListenerRef listener = nullptr;
-  void* object = nullptr;
-};
+/// The event of a write.
+SentEvent value_change_to(const AudioUnitParameter& parameter, Float32 value);
 
-/// Tells everybody but the sender. Any thread, lock-free.
-void announce(const AudioUnitEvent& event, const EventSender& sender);
-/// Tells everybody but the sender that the parameter was written. `order` is that of Effect::write.
-void announce_write(const AudioUnitParameter& parameter, Float32 value, std::uint32_t order,
-                    const EventSender& sender);
+/// Hands the event to everybody but the sender, in two steps: under the lock to those who are told in rounds,
+/// and without it to those who are told at once.
+void queue_for_all(const SentEvent& event, const EventSender& sender);
+void call_at_once(const SentEvent& event, const EventSender& sender);
 
 }  // namespace cocoa

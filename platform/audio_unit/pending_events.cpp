@@ -32,25 +32,16 @@ bool concerns(const SentEvent& sent, const AudioUnitParameter& parameter) {
 
 void PendingEvents::add(const SentEvent& event) {
   first_time_ = std::min(first_time_, event.time);
-  // Nearly always the end: only a sender that was interrupted between looking at the clock and handing in its
-  // event comes out of order.
-  auto place = std::upper_bound(events_.begin(), events_.end(), event.time,
-                                [](double time, const SentEvent& other) { return time < other.time; });
   if (is_value_change(event)) {
     const AudioUnitParameter& parameter = event.event.mArgument.mParameter;
-    const auto concerned = [&](const SentEvent& other) { return concerns(other, parameter); };
-    const auto later = std::find_if(place, events_.end(), concerned);
-    if (later != events_.end() && is_value_change(*later) && later->time < event.time + granularity_)
-      return;
-    const auto earlier = std::find_if(std::make_reverse_iterator(place), events_.rend(), concerned);
-    if (earlier != events_.rend() && is_value_change(*earlier) && event.time < earlier->time + granularity_) {
-      const auto replaced = std::prev(earlier.base());
-      std::move(std::next(replaced), place, replaced);
-      *std::prev(place) = event;
-      return;
+    const auto before = std::find_if(events_.rbegin(), events_.rend(),
+                                     [&](const SentEvent& other) { return concerns(other, parameter); });
+    if (before != events_.rend() && is_value_change(*before) &&
+        (event.time < before->time + granularity_ || events_.size() >= crowd)) {
+      events_.erase(std::next(before).base());
     }
   }
-  events_.insert(place, event);
+  events_.push_back(event);
 }
 
 std::vector<SentEvent> PendingEvents::take() {

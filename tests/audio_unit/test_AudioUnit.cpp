@@ -181,22 +181,6 @@ TEST(EffectInstance, ThereMayBeManyAtOnce) {
   }
 }
 
-TEST(EffectInstance, WithoutRoomForItsUnitStillHasItsValues) {
-  std::vector<std::string> log;
-  const NSLogHook hook([&](std::string_view line) { log.emplace_back(line); });
-  std::vector<std::unique_ptr<EffectInstance>> effects;
-  while (log.empty() && effects.size() < 2000)
-    effects.push_back(std::make_unique<EffectInstance>(seven_parameters()));
-  EXPECT_EQ(log, std::vector<std::string>{"There is no room for one more effect: its editor stays detached"});
-  EXPECT_EQ(effects.back()->audio_unit(), nullptr);
-  EXPECT_TRUE(effects.back()->setFromHost(0, 0.5F));
-  EXPECT_EQ(effects.back()->value(0), 0.5F);
-  effects.pop_back();
-  effects.pop_back();
-  const EffectInstance next(seven_parameters());
-  EXPECT_NE(next.audio_unit(), nullptr);
-}
-
 class Factory : public NSObject, public AUCocoaUIBase {
  public:
   UInt32 interfaceVersion() const override { return 0; }

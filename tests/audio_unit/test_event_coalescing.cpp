@@ -255,48 +255,22 @@ TEST_F(Merging, OfLateTurnsTellsNobodyWhatItHasOverwritten) {
   EXPECT_EQ(listener.take(), (Reports{{1, 0, 2, 0.3F}, {1, 0, 2, 0.8F}}));
 }
 
-/// What senders hand in late, in milliseconds; the granularity is 10 ms.
-class LateEvents : public testing::Test {
- protected:
-  void add(double milliseconds, AudioUnitEvent event) { pending.add({.event = event, .time = milliseconds}); }
-  std::vector<double> times() {
-    std::vector<double> result;
-    for (const SentEvent& event : pending.take())
-      result.push_back(event.time);
-    return result;
+/// A host that automates without ever turning the loop.
+TEST_F(Merging, KeepsWhatWaitsFromGrowingForEver) {
+  Listener listener(0.05F, 0.001F);
+  listener.add(0, value_change(unit, 2));
+  listener.add(0, value_change(unit, 3));
+  set(3, 0.25F);
+  for (int i = 1; i <= 5000; ++i) {
+    at(i * 10);
+    set(2, static_cast<Float32>(i));
   }
-  PendingEvents pending{10};
-  const AudioUnitEvent value = value_change(nullptr, 2);
-  const AudioUnitEvent begin = gesture_begin(nullptr, 2);
-};
-
-TEST_F(LateEvents, TakeTheirPlaceInTime) {
-  add(0, value);
-  add(40, value);
-  add(20, value);
-  add(20, begin);
-  EXPECT_EQ(pending.firstTime(), 0);
-  EXPECT_EQ(times(), (std::vector<double>{0, 20, 20, 40}));
-  EXPECT_TRUE(pending.empty());
-  EXPECT_EQ(pending.firstTime(), std::numeric_limits<double>::infinity());
-}
-
-TEST_F(LateEvents, AreReplacedByThoseThatFollowThem) {
-  add(12, value);
-  add(4, value);
-  EXPECT_EQ(times(), std::vector<double>{12});
-  add(12, value);
-  add(2, value);
-  EXPECT_EQ(times(), (std::vector<double>{2, 12}));
-}
-
-TEST_F(LateEvents, RespectBarriersOnBothSides) {
-  add(0, value);
-  add(2, begin);
-  add(6, begin);
-  add(8, value);
-  add(4, value);
-  EXPECT_EQ(times(), (std::vector<double>{0, 2, 4, 6, 8}));
+  turnAt(60000);
+  const Reports told = listener.take();
+  EXPECT_EQ(told.size(), PendingEvents::crowd);
+  EXPECT_EQ(told.front(), (Report{0, 0, 3, 0.25F}));
+  EXPECT_EQ(told[1], (Report{0, 0, 2, 1.0F}));
+  EXPECT_EQ(told.back(), (Report{0, 0, 2, 5000.0F}));
 }
 
 }  // namespace

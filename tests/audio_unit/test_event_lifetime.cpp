@@ -179,20 +179,6 @@ TEST_F(Lifetime, OfTheLoopsThreadMayEndFirst) {
   set(2, 0.9F);
 }
 
-TEST_F(Lifetime, OfMoreListenersThanThereIsRoomForDoesNotBegin) {
-  const AUEventListenerProc proc = [](void*, void*, const AudioUnitEvent*, UInt64, Float32) {};
-  std::vector<std::string> log;
-  const NSLogHook hook([&](std::string_view line) { log.emplace_back(line); });
-  std::vector<AUEventListenerRef> listeners;
-  AUEventListenerRef made = nullptr;
-  while (AUEventListenerCreate(proc, nullptr, nullptr, nullptr, 0, 0, &made) == noErr)
-    listeners.push_back(made);
-  EXPECT_GE(listeners.size(), 1000U);
-  EXPECT_EQ(log, std::vector<std::string>{"There is no room for one more event listener"});
-  for (const AUEventListenerRef listener : listeners)
-    EXPECT_EQ(AUListenerDispose(listener), noErr);
-}
-
 TEST_F(Lifetime, SurvivesACallbackThatTurnsTheLoop) {
   std::vector<std::string> log;
   const NSLogHook hook([&](std::string_view line) { log.emplace_back(line); });

@@ -43,35 +43,11 @@ class Threads : public Listening {
   }
 };
 
-TEST_F(Threads, LoseNothingForGoodWhenTheQueueOverflows) {
-  Listener listener;
-  showWhatIsToldTo(listener);
-  listener.add(1, value_change(unit, 6));
-  for (int i = 0; i < 5000; ++i) {
-    set(0, static_cast<Float32>(i));
-    set(1, static_cast<Float32>(i) + 0.5F);
-  }
-  // Not even announced, yet told: something was lost, so every parameter may have changed.
-  AudioUnitSetParameter(unit, 6, kAudioUnitScope_Global, 0, 0.875F, 0);
-  turnAt(0);
-  turnAt(51);
-  const Reports told = listener.take();
-  EXPECT_EQ(told.size(), 8U) << "each registration once";
-  expectTheTruth();
-  EXPECT_EQ(shown[0], 4999.0F);
-  EXPECT_EQ(shown[6], 0.875F);
-
-  at(100);
-  set(0, 0.25F);
-  turnAt(151);
-  EXPECT_EQ(listener.take(), (Reports{{0, 0, 0, 0.25F}})) << "all is well again";
-}
-
 AudioUnitParameterID any_id(Random& random) {
   return static_cast<AudioUnitParameterID>(random() % 7);
 }
 
-/// One random step of a host, another editor or an audio thread.
+/// One random step of a host or of another editor.
 void send_something(Random& random, EffectInstance& effect) {
   const AudioUnit unit = effect.audio_unit();
   const AudioUnitParameterID id = any_id(random);
