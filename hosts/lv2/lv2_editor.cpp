@@ -27,17 +27,19 @@ constexpr NSPoint first_origin = {120, 120};
 
 }  // namespace
 
-/// Around everything that is done on the editor's behalf: its loop, its log, its windows.
+/// Around everything that is done on the editor's behalf: its loop, its log, its bundle, its windows.
 class LV2Editor::Scope {
  public:
   explicit Scope(LV2Editor& editor)
       : loop_(editor.loop_),
         log_([log = &editor.host_.log](std::string_view line) { log->write(line); }),
+        bundle_(editor.bundle_.get()),
         windows_(editor.window_system_.get()) {}
 
  private:
   const CFRunLoopScope loop_;
   const NSLogHook log_;
+  const NSBundleScope bundle_;
   const WindowSystemScope windows_;
   const NSAutoreleasePool pool_;
 };

@@ -36,8 +36,8 @@ class EditorClock : public cocoa::Clock {
 /// editor edits are the plug-in's ports.
 ///
 /// Shares nothing with other editors but the classes: the connection to the display, the run loop and the log
-/// are its own. Everything is called on one thread, the host's; calls from inside its own calls to the host
-/// are expected.
+/// are its own. The host's calls may come on any threads, one at a time; calls from inside its own calls to the
+/// host are expected.
 class LV2Editor : private cocoa::NSWindowDelegate {
  public:
   /// The host's end.

@@ -34,6 +34,8 @@ LiveBundles& live_bundles() {
   return bundles;
 }
 
+thread_local const NSBundleScope* innermost_scope = nullptr;
+
 bool is_resource_name(std::string_view name) {
   return !name.empty() && name.find('/') == name.npos && name.find("..") == name.npos &&
          name.find('\0') == name.npos;
@@ -68,12 +70,27 @@ NSBundle::~NSBundle() {
   std::erase_if(live.bundles, [this](const LiveBundle& entry) { return entry.bundle == this; });
 }
 
+NSBundleScope::NSBundleScope(NSBundle* bundle) : bundle_(bundle), outer_(innermost_scope) {
+  innermost_scope = this;
+}
+
+NSBundleScope::~NSBundleScope() {
+  innermost_scope = outer_;
+}
+
+bool NSBundle::lists(const Class& wanted) const {
+  return std::ranges::find(classes_, &wanted) != classes_.end();
+}
+
 NSBundle* NSBundle::bundleForClass(const Class& listed) {
+  for (const NSBundleScope* scope = innermost_scope; scope; scope = scope->outer_) {
+    if (scope->bundle_ && scope->bundle_->lists(listed))
+      return scope->bundle_;
+  }
   LiveBundles& live = live_bundles();
   const std::scoped_lock lock(live.mutex);
   const auto lists_it = [&](const LiveBundle& entry) {
-    return entry.thread == std::this_thread::get_id() &&
-           std::ranges::find(entry.bundle->classes_, &listed) != entry.bundle->classes_.end();
+    return entry.thread == std::this_thread::get_id() && entry.bundle->lists(listed);
   };
   const auto found = std::find_if(live.bundles.rbegin(), live.bundles.rend(), lists_it);
   return found == live.bundles.rend() ? nullptr : found->bundle;

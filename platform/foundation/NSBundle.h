@@ -13,7 +13,7 @@ namespace cocoa {
 ///
 /// Whoever loads the executable (a host's module, the stand-alone program) makes the bundle and keeps it for
 /// as long as objects of its classes are used; the bundle keeps nothing but its path and the span, which must
-/// outlive it. A bundle lives on the thread that made it, and answers bundleForClass there.
+/// outlive it. A bundle answers bundleForClass on the thread that made it, and on others inside a scope.
 ///
 /// Resources are named, never reached by a path: a name with a '/' or ".." is refused as missing.
 class NSBundle : public NSObject {
@@ -48,13 +48,30 @@ class NSBundle : public NSObject {
   /// released, outlets of the owner that had been set are null, and nothing was woken.
   bool loadNibNamed_owner(std::string_view name, NSObject* owner) const;
 
-  /// The bundle of this thread that lists the class: of several, the one made last. Null when there is none.
-  /// Not retained for the caller.
+  /// The bundle that lists the class: of the scopes on this thread the innermost one's, else of those made on
+  /// this thread the last. Null when there is none. Not retained for the caller.
   static NSBundle* bundleForClass(const Class& listed);
 
  private:
+  bool lists(const Class& wanted) const;
   std::string path_;
   std::span<const Class* const> classes_;
+};
+
+/// While it lives, a bundle answers bundleForClass on this thread before others do. A host opens a scope
+/// around what it does with the objects of one editor, on whatever thread that happens, one at a time. They
+/// nest; null changes nothing. The bundle must outlive it.
+class NSBundleScope {
+ public:
+  explicit NSBundleScope(NSBundle* bundle);
+  ~NSBundleScope();
+  NSBundleScope(const NSBundleScope&) = delete;
+  NSBundleScope& operator=(const NSBundleScope&) = delete;
+
+ private:
+  friend class NSBundle;
+  NSBundle* const bundle_;
+  const NSBundleScope* const outer_;
 };
 
 }  // namespace cocoa

@@ -175,5 +175,27 @@ TEST_F(NSBundleTest, IsFoundOnItsOwnThreadOnly) {
   EXPECT_EQ(found_elsewhere, nullptr);
 }
 
+TEST_F(NSBundleTest, IsFoundOnAnyThreadInsideAScope) {
+  const auto later = make<NSBundle>(folder_, classes());
+  const NSBundle* found = nullptr;
+  const NSBundle* found_inside = nullptr;
+  const NSBundle* found_after = bundle_.get();
+  std::thread([&] {
+    {
+      const NSBundleScope outer(bundle_.get());
+      const NSBundleScope none(nullptr);
+      found = NSBundle::bundleForClass(DemoDial::class_);
+      const NSBundleScope inner(later.get());
+      found_inside = NSBundle::bundleForClass(DemoDial::class_);
+    }
+    found_after = NSBundle::bundleForClass(DemoDial::class_);
+  }).join();
+  EXPECT_EQ(found, bundle_.get());
+  EXPECT_EQ(found_inside, later.get());
+  EXPECT_EQ(found_after, nullptr);
+  const NSBundleScope scope(bundle_.get());
+  EXPECT_EQ(NSBundle::bundleForClass(DemoDial::class_), bundle_.get()) << "before those of the thread";
+}
+
 }  // namespace
 }  // namespace cocoa::stand_in
