@@ -4,12 +4,16 @@
 
 #include "foundation/NSBundle.h"
 #include "foundation/NSLog.h"
+#include "foundation/memory_room.h"
 
 namespace ondex {
 
 using namespace cocoa;
 
 namespace {
+
+/// For the views, and the fonts of the first ones; in bytes.
+constexpr size_t memory_to_open = 16UL << 20U;
 
 constexpr Outlet outlets[] = {
     {"uiFreshlyLoadedView", FieldOutlet<&KVOndexViewFactory::uiFreshlyLoadedView>::set}};
@@ -26,6 +30,10 @@ Ref<NSString> KVOndexViewFactory::description() const {
 }
 
 NSView* KVOndexViewFactory::uiViewForAudioUnit_withSize(AudioUnit unit, NSSize) {
+  if (!has_memory(memory_to_open)) {
+    NSLog("Ondex: there is no memory for a view.");
+    return nullptr;
+  }
   const NSBundle* bundle = NSBundle::bundleForClass(class_);
   if (!bundle || !bundle->loadNibNamed_owner("KVOndexView", this) || !uiFreshlyLoadedView) {
     NSLog("Ondex: Unable to load nib for view.");

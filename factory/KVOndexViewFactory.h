@@ -15,7 +15,8 @@ class KVOndexViewFactory : public cocoa::NSObject, public cocoa::AUCocoaUIBase {
   cocoa::UInt32 interfaceVersion() const override { return 0; }
   cocoa::Ref<cocoa::NSString> description() const override;
   /// A new editor attached to the unit; autoreleased, so there must be a pool. The size is not used: the
-  /// interface file decides. Null, after a line in the log, when the interface file cannot be loaded.
+  /// interface file decides. Null, after a line in the log, when the interface file cannot be loaded or there
+  /// is no memory.
   cocoa::NSView* uiViewForAudioUnit_withSize(cocoa::AudioUnit unit, cocoa::NSSize preferred_size) override;
 
   /// Set by the interface file while it is loaded, cleared at once afterwards.

@@ -7,6 +7,7 @@
 
 #include "appkit/NSApplication.h"
 #include "factory/bundle_classes.h"
+#include "foundation/memory_room.h"
 #include "hosting/audio_unit_host.h"
 #include "windows/x11.h"
 
@@ -21,6 +22,9 @@ constexpr double until_shown = 0.051;
 /// A host's answer may be as late as this many of its updates.
 constexpr double late_updates = 5;
 constexpr size_t most_complaints = 64;
+/// Bytes: for interface files, fonts and the connection; and for what one call may do besides drawing.
+constexpr size_t memory_to_open = 64UL << 20U;
+constexpr size_t memory_for_a_call = 8UL << 20U;
 constexpr int largest_extent = 16384;
 /// Of a window of its own, where no window manager has a better place.
 constexpr NSPoint first_origin = {120, 120};
@@ -45,6 +49,10 @@ class LV2Editor::Scope {
 };
 
 std::unique_ptr<LV2Editor> LV2Editor::open(Host host, const std::string& resources) {
+  if (!has_memory(memory_to_open)) {
+    NSLog("Ondex: there is no memory for an editor.");
+    return nullptr;
+  }
   std::unique_ptr<LV2Editor> editor(new LV2Editor(std::move(host)));
   return editor->connect() && editor->makeWindow(resources) ? std::move(editor) : nullptr;
 }
@@ -132,6 +140,13 @@ void LV2Editor::windowWillClose(NSWindow*) {
   gestures_.endAll();
 }
 
+bool LV2Editor::hasMemory() {
+  const bool lacked_memory = std::exchange(lacks_memory_, !has_memory(memory_for_a_call));
+  if (lacks_memory_ && !lacked_memory)
+    NSLog("Ondex: there is no memory left; the editor waits for some.");
+  return !lacks_memory_;
+}
+
 bool LV2Editor::idle() {
   // The host may well wait for its user inside one of our calls and go on with its idle calls there.
   if (turning_)
@@ -139,20 +154,25 @@ bool LV2Editor::idle() {
   turning_ = true;
   {
     const Scope scope(*this);
-    // What the host has said by now is to be in the first picture, so it need not be collected any longer.
-    if (std::exchange(first_idle_, false))
-      clock_.skip(until_shown);
-    gestures_.tick(clock_.now());
-    takeSettled();
-    CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
+    if (hasMemory())
+      turn();
   }
   turning_ = false;
   return !closed_;
 }
 
+void LV2Editor::turn() {
+  // What the host has said by now is to be in the first picture, so it need not be collected any longer.
+  if (std::exchange(first_idle_, false))
+    clock_.skip(until_shown);
+  gestures_.tick(clock_.now());
+  takeSettled();
+  CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
+}
+
 bool LV2Editor::show() {
   const Scope scope(*this);
-  if (gone_)
+  if (gone_ || !hasMemory())
     return false;
   closed_ = false;
   window_->orderFront(nullptr);
@@ -168,7 +188,7 @@ bool LV2Editor::hide() {
 
 bool LV2Editor::resize(int width, int height) {
   const Scope scope(*this);
-  if (gone_)
+  if (gone_ || !hasMemory())
     return false;
   if (width <= 0 || height <= 0 || width > largest_extent || height > largest_extent) {
     NSLog("Ondex: the editor cannot be %d x %d pixels large.", width, height);

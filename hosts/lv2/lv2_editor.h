@@ -36,8 +36,8 @@ class EditorClock : public cocoa::Clock {
 /// editor edits are the plug-in's ports.
 ///
 /// Shares nothing with other editors but the classes: the connection to the display, the run loop and the log
-/// are its own. The host's calls may come on any threads, one at a time; calls from inside its own calls to the
-/// host are expected.
+/// are its own. The host's calls may come on any threads, one at a time; calls from inside its own calls to
+/// the host are expected.
 class LV2Editor : private cocoa::NSWindowDelegate {
  public:
   /// The host's end.
@@ -59,12 +59,13 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   uint64_t window() const { return window_number_; }
 
   void portEvent(uint32_t port, uint32_t size, uint32_t format, const void* buffer);
-  /// One turn of the run loop. False when the window has gone or was closed by the user.
+  /// One turn of the run loop, or none while there is no memory. False when the window has gone or was closed
+  /// by the user.
   bool idle();
   /// False when there is no window to show any more.
   bool show();
   bool hide();
-  /// The host's wish, in pixels. False when it makes no sense.
+  /// The host's wish, in pixels. False when it makes no sense or cannot be met.
   bool resize(int width, int height);
 
  private:
@@ -74,6 +75,9 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   bool connect();
   bool makeWindow(const std::string& resources);
   void tellSize() const;
+  /// Whether there is enough for what a host's call may do; a line in the log when that ends.
+  bool hasMemory();
+  void turn();
   bool windowShouldClose(cocoa::NSWindow* window) override;
   void windowWillClose(cocoa::NSWindow* window) override;
 
@@ -101,6 +105,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   uint64_t window_number_ = 0;
   bool first_idle_ = true;
   bool turning_ = false;
+  bool lacks_memory_ = false;
   bool user_closes_ = false;
   bool closed_ = false;  ///< by the user, or gone
   bool gone_ = false;    ///< destroyed by others, or with its display

@@ -197,6 +197,8 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void markAll();
   void fitContent();
   WindowEvent inContent(WindowEvent event) const;
+  /// Otherwise what is damaged waits for a turn with memory, after a line in the log.
+  bool hasMemoryToDraw();
   CGContextRef contextFor(const Pixels& pixels);
   void draw(CGContextRef context, const Pixels& pixels, const PixelRect& rect);
   void drawContent(CGContextRef context, NSRect damaged);
@@ -233,6 +235,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   CGContextRef context_ = nullptr;
   Pixels context_pixels_;
   double context_scale_ = 0;
+  bool lacks_memory_ = false;
   std::unique_ptr<PlatformWindow> platform_;
   CFRunLoop::AttachmentRef before_waiting_;
 };

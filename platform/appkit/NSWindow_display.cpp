@@ -4,6 +4,8 @@
 
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSWindow.h"
+#include "foundation/NSLog.h"
+#include "foundation/memory_room.h"
 #include "quartz/CGBitmapContext.h"
 
 namespace cocoa {
@@ -20,6 +22,11 @@ constexpr CGFloat shadow_blur = 8;
 constexpr CGFloat shadow_drop = 3;
 constexpr CGFloat shadow_alpha = 0.75;
 constexpr CGFloat shadow_room = shadow_blur + shadow_drop;
+
+/// What drawing takes besides the window's own pixels: for each that is drawn anew, the layers and shadows
+/// over it; and fonts.
+constexpr size_t bytes_a_pixel = 32;
+constexpr size_t bytes_besides = 8UL << 20U;
 
 void set_shadow(CGContextRef context) {
   CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
@@ -126,8 +133,19 @@ NSWindow::PixelSize NSWindow::pixelSize() const {
   return {extent(size.width), extent(size.height)};
 }
 
+bool NSWindow::hasMemoryToDraw() {
+  size_t pixels = 0;
+  for (const PixelRect& rect : damage_.rects())
+    pixels += static_cast<size_t>(rect.width) * static_cast<size_t>(rect.height);
+  const bool lacked_memory =
+      std::exchange(lacks_memory_, !has_memory(pixels * bytes_a_pixel + bytes_besides));
+  if (lacks_memory_ && !lacked_memory)
+    NSLog("There is no memory to draw %zu pixels of the window \"%.64s\" with.", pixels, title_.c_str());
+  return !lacks_memory_;
+}
+
 void NSWindow::displayIfNeeded() {
-  if (!platform_ || damage_.empty() || !platform_->viewable())
+  if (!platform_ || damage_.empty() || !platform_->viewable() || !hasMemoryToDraw())
     return;
   const Pixels pixels = platform_->pixels();
   // The window system still reads the last frame; it asks for another turn when it is done.

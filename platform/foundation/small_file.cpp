@@ -12,6 +12,7 @@
 #include <ctime>
 
 #include "foundation/NSLog.h"
+#include "foundation/file_size_limit.h"
 
 namespace cocoa {
 
@@ -71,6 +72,8 @@ std::error_code write_all(int descriptor, std::string_view bytes) {
 
 /// The bytes are on the disk, not just on their way, before the file takes the name of the old one.
 std::error_code write_to_disk(const Descriptor& file, std::string_view bytes) {
+  if (!may_make_file(bytes.size()))
+    return std::make_error_code(std::errc::file_too_large);
   if (fchmod(file.get(), kFileForUserAlone) != 0)
     return last_error();
   if (const std::error_code error = write_all(file.get(), bytes))

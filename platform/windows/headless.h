@@ -121,7 +121,7 @@ class HeadlessWindow : public PlatformWindow {
   bool isKey() const override { return system_.key_window_ == this; }
   void setTitle(std::string_view title) override { options_.title = title; }
   void setFrame(NSRect frame) override;
-  NSRect frame() const override { return options_.frame; }
+  NSRect frame() const override;
   NSRect screenFrame() const override;
   NSRect screenBounds() const override { return {{}, system_.screen_size_}; }
   double scale() const override { return scale_; }
@@ -213,6 +213,7 @@ class HeadlessWindow : public PlatformWindow {
   uint64_t key_before_ = 0;  ///< becomes key again when this window goes
   int width_ = 0;
   int height_ = 0;
+  NSRect margin_;  ///< points, from the window to what is drawn: origin and what it is smaller by
   std::vector<uint32_t> drawn_;
   std::vector<uint32_t> shown_pixels_;
   std::vector<Damage> presented_;

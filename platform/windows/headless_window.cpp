@@ -86,14 +86,28 @@ void HeadlessWindow::setFrame(NSRect frame) {
     post([](HeadlessWindow& window) { window.delegate_.windowMustRedraw(); });
 }
 
+NSRect HeadlessWindow::frame() const {
+  const NSRect& all = options_.frame;
+  return {{all.origin.x + margin_.origin.x, all.origin.y + margin_.origin.y},
+          {all.size.width - margin_.size.width, all.size.height - margin_.size.height}};
+}
+
 NSRect HeadlessWindow::screenFrame() const {
-  return options_.kind == WindowKind::embedded ? NSOffsetRect(options_.frame, host_origin_.x, host_origin_.y)
-                                               : options_.frame;
+  return options_.kind == WindowKind::embedded ? NSOffsetRect(frame(), host_origin_.x, host_origin_.y)
+                                               : frame();
 }
 
 bool HeadlessWindow::allocate() {
-  const int width = device_pixels(options_.frame.size.width, scale_);
-  const int height = device_pixels(options_.frame.size.height, scale_);
+  const NSSize all = options_.frame.size;
+  const PixelRect window{0, 0, device_pixels(all.width, scale_), device_pixels(all.height, scale_)};
+  const PixelRect drawn = drawn_part(window.width, window.height);
+  const auto [x, y, width, height] = drawn;
+  const auto points = [this](int pixels) { return static_cast<CGFloat>(pixels / scale_); };
+  margin_ = {};
+  if (drawn != window) {
+    margin_ = {{points(x), all.height - points(y) - points(height)},
+               {all.width - points(width), all.height - points(height)}};
+  }
   if (width == width_ && height == height_)
     return false;
   width_ = width;
@@ -167,7 +181,7 @@ PointerSample HeadlessWindow::sampleAt(NSPoint where, uint32_t modifiers) const 
 void HeadlessWindow::postCrossing(const PointerSample& sample) {
   pointer_location_ = sample.location;
   inject([sample](HeadlessWindow& window) {
-    const NSRect bounds{{}, window.options_.frame.size};
+    const NSRect bounds{{}, window.frame().size};
     const auto crossing = NSPointInRect(sample.location, bounds) ? window.pointer_.enter(sample)
                                                                  : window.pointer_.leave(sample);
     if (crossing)

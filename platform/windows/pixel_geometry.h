@@ -24,6 +24,22 @@ inline int device_pixels(CGFloat points, double scale) {
   return static_cast<int>(std::ceil(std::min<double>(exact, largest_pixel_extent) - noise));
 }
 
+/// A window has no more pixels than a screen of 3840 × 2160: hosts give it any size, and of 32000 × 32000
+/// neither the memory nor the time to draw them is there.
+inline constexpr double most_pixels = 3840.0 * 2160.0;
+
+/// Which part of a window of that many device pixels is drawn: all of it, or of one with more than
+/// most_pixels a middle part with its proportions.
+inline PixelRect drawn_part(int width, int height) {
+  const double area = static_cast<double>(width) * static_cast<double>(height);
+  if (!(area > most_pixels))
+    return {0, 0, width, height};
+  const double part = std::sqrt(most_pixels / area);
+  const int w = std::max(1, static_cast<int>(width * part));
+  const int h = std::max(1, static_cast<int>(height * part));
+  return {(width - w) / 2, (height - h) / 2, w, h};
+}
+
 /// The part of `rect` that lies in width × height pixels; without area when there is none.
 inline PixelRect clipped(const PixelRect& rect, int width, int height) {
   const auto limit = [](int64_t value, int most) {

@@ -15,7 +15,9 @@
 ///
 /// Coordinates: positions and sizes are in points, y grows upwards from a window's lower left corner, and
 /// screen positions from the lower left of the screen. Pixels are device pixels, top row first: a window of
-/// w × h points at scale s has ceil(w·s) × ceil(h·s) of them.
+/// w × h points at scale s has ceil(w·s) × ceil(h·s) of them. Of a window that others make too large to be
+/// drawn, only a middle part with its proportions counts as the window, for frames and locations too; what is
+/// around it is grey.
 /// Everything is called and calls back on one thread. Nothing here waits for an answer of the window manager.
 
 namespace cocoa {

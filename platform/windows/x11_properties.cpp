@@ -14,6 +14,19 @@
 namespace cocoa {
 
 namespace {
+/// In bytes: more than any title bar shows. A request longer than the server takes ends the connection.
+constexpr size_t longest_title = 1024;
+
+/// The beginning of a text in UTF-8 that has at most that many bytes, up to the end of a character.
+std::string_view beginning(std::string_view text, size_t most) {
+  if (text.size() <= most)
+    return text;
+  size_t end = most;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0U) == 0x80U)
+    --end;
+  return text.substr(0, end);
+}
+
 void set_text(X11Connection& connection, xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
               std::string_view text) {
   xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, type, 8,
@@ -52,8 +65,9 @@ void set_owner(X11Connection& connection, xcb_window_t window) {
 }
 }  // namespace
 
-void set_title(X11Connection& connection, xcb_window_t window, std::string_view title) {
+void set_title(X11Connection& connection, xcb_window_t window, std::string_view whole) {
   const X11Atoms& atoms = connection.atoms();
+  const std::string_view title = beginning(whole, longest_title);
   const bool ascii =
       std::all_of(title.begin(), title.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
   set_text(connection, window, XCB_ATOM_WM_NAME, ascii ? xcb_atom_t{XCB_ATOM_STRING} : atoms.utf8_string,

@@ -7,11 +7,14 @@
 
 #include <cstdint>
 
+#include "foundation/file_size_limit.h"
 #include "windows/x11_connection.h"
 
 namespace cocoa {
 
 std::unique_ptr<X11SharedMemory> X11SharedMemory::make(X11Connection& connection, size_t size) {
+  if (!may_make_file(size))
+    return nullptr;
   const int descriptor = memfd_create("ondex pixels", MFD_CLOEXEC);
   if (descriptor < 0)
     return nullptr;

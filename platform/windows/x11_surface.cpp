@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
+#include "foundation/NSLog.h"
 #include "windows/pixel_geometry.h"
 #include "windows/x11_connection.h"
 #include "windows/x11_resources.h"
@@ -45,35 +47,52 @@ bool X11Surface::resize(int width, int height) {
   reads_ = 0;
   has_frame_ = false;
   shared_.reset();
-  own_.clear();
-  if (width <= 0 || height <= 0)
-    return true;
-  const size_t size = bytesPerRow() * static_cast<size_t>(height);
-  // New shared memory is zero.
-  if (shares_memory_)
-    shared_ = X11SharedMemory::make(connection_, size);
-  if (!shared_)
-    own_.assign(size / sizeof(uint32_t), 0);
+  own_.reset();
+  lacks_memory_ = false;
+  allocate();
   return true;
 }
 
-const uint32_t* X11Surface::row(int y) const {
-  const void* first = shared_ ? shared_->data() : own_.data();
-  return static_cast<const uint32_t*>(first) + static_cast<ptrdiff_t>(y) * width_;
+void X11Surface::setOrigin(int x, int y) {
+  x_ = x;
+  y_ = y;
 }
 
-uint8_t* X11Surface::data() {
-  return static_cast<uint8_t*>(shared_ ? shared_->data() : own_.data());
+/// Memory of zeros. A host's size decides how much: that there is none left is no reason to end the host.
+void X11Surface::allocate() {
+  if (width_ <= 0 || height_ <= 0)
+    return;
+  const auto rows = static_cast<size_t>(height_);
+  if (shares_memory_)
+    shared_ = X11SharedMemory::make(connection_, bytesPerRow() * rows);
+  if (!shared_)
+    own_.reset(static_cast<uint32_t*>(std::calloc(rows, bytesPerRow())));
+  const bool lacked_memory = std::exchange(lacks_memory_, !data());
+  if (lacks_memory_ && !lacked_memory)
+    NSLog("There is no memory for a window of %d x %d pixels.", width_, height_);
+}
+
+uint32_t* X11Surface::data() const {
+  return shared_ ? static_cast<uint32_t*>(shared_->data()) : own_.get();
+}
+
+const uint32_t* X11Surface::row(int y) const {
+  return data() + static_cast<ptrdiff_t>(y) * width_;
 }
 
 Pixels X11Surface::pixels() {
-  if (reads_ > 0 || abandoned_ || width_ <= 0 || height_ <= 0)
+  if (reads_ > 0 || abandoned_)
     return {};
-  return {data(), width_, height_, bytesPerRow()};
+  // There may be some by now.
+  if (!data())
+    allocate();
+  if (!data())
+    return {};
+  return {reinterpret_cast<uint8_t*>(data()), width_, height_, bytesPerRow()};
 }
 
 void X11Surface::upload(std::span<const PixelRect> rectangles) {
-  if (abandoned_)
+  if (abandoned_ || !data())
     return;
   std::vector<PixelRect> parts;
   for (const PixelRect& rectangle : rectangles) {
@@ -97,12 +116,13 @@ void X11Surface::restore(const PixelRect& rectangle) {
 }
 
 void X11Surface::share(const PixelRect& rectangle, bool tell_when_read) {
-  const auto x = static_cast<int16_t>(rectangle.x);
-  const auto y = static_cast<int16_t>(rectangle.y);
+  const auto x = static_cast<uint16_t>(rectangle.x);
+  const auto y = static_cast<uint16_t>(rectangle.y);
   xcb_shm_put_image(connection_.get(), window_, gc_, static_cast<uint16_t>(width_),
-                    static_cast<uint16_t>(height_), static_cast<uint16_t>(x), static_cast<uint16_t>(y),
-                    static_cast<uint16_t>(rectangle.width), static_cast<uint16_t>(rectangle.height), x, y,
-                    depth_, XCB_IMAGE_FORMAT_Z_PIXMAP, tell_when_read ? 1 : 0, shared_->segment(), 0);
+                    static_cast<uint16_t>(height_), x, y, static_cast<uint16_t>(rectangle.width),
+                    static_cast<uint16_t>(rectangle.height), static_cast<int16_t>(x_ + rectangle.x),
+                    static_cast<int16_t>(y_ + rectangle.y), depth_, XCB_IMAGE_FORMAT_Z_PIXMAP,
+                    tell_when_read ? 1 : 0, shared_->segment(), 0);
   if (tell_when_read)
     ++reads_;
 }
@@ -121,8 +141,8 @@ void X11Surface::send(const PixelRect& rectangle) {
     }
     xcb_put_image(connection_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, window_, gc_,
                   static_cast<uint16_t>(rectangle.width), static_cast<uint16_t>(rows),
-                  static_cast<int16_t>(rectangle.x), static_cast<int16_t>(rectangle.y + top), 0, depth_,
-                  static_cast<uint32_t>(strip_.size() * sizeof(uint32_t)),
+                  static_cast<int16_t>(x_ + rectangle.x), static_cast<int16_t>(y_ + rectangle.y + top), 0,
+                  depth_, static_cast<uint32_t>(strip_.size() * sizeof(uint32_t)),
                   reinterpret_cast<const uint8_t*>(strip_.data()));
   }
 }
@@ -130,7 +150,7 @@ void X11Surface::send(const PixelRect& rectangle) {
 void X11Surface::blend(std::span<uint32_t> pixels, int x, int y) const {
   const X11Surface* below = backdrop_.below;
   const int below_y = backdrop_.y + y;
-  if (!below || below_y < 0 || below_y >= below->height_)
+  if (!below || !below->data() || below_y < 0 || below_y >= below->height_)
     return;
   const uint32_t* backdrop = below->row(below_y);
   for (size_t i = 0; i < pixels.size(); ++i) {
@@ -149,11 +169,11 @@ void X11Surface::stopSharing() {
   shares_memory_ = false;
   if (!shared_)
     return;
-  const size_t pixels = static_cast<size_t>(width_) * static_cast<size_t>(height_);
-  own_.resize(pixels);
-  std::memcpy(own_.data(), shared_->data(), pixels * sizeof(uint32_t));
-  shared_.reset();
+  const std::unique_ptr<X11SharedMemory> shared = std::move(shared_);
   reads_ = 0;
+  allocate();
+  if (own_)
+    std::memcpy(own_.get(), shared->data(), bytesPerRow() * static_cast<size_t>(height_));
   restore({0, 0, width_, height_});
 }
 

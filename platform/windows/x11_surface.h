@@ -4,6 +4,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <span>
 #include <vector>
@@ -29,8 +30,11 @@ class X11Surface {
   int height() const { return height_; }
   /// Whether the pixels were lost over it; the new ones are transparent black.
   bool resize(int width, int height);
+  /// Where the pixels' upper left corner is in the window.
+  void setOrigin(int x, int y);
 
-  /// None while the server still reads what was uploaded last.
+  /// None while the server still reads what was uploaded last, and, after a line in the log, while there is
+  /// no memory for them.
   Pixels pixels();
   /// For translucent pixels where nobody blends windows: those of `below` show through, of which (x, y) is
   /// where our upper left corner is; null for none. It must live until the next upload has returned. Only for
@@ -40,6 +44,10 @@ class X11Surface {
   void upload(std::span<const PixelRect> rectangles);
   /// As upload, of what somebody else uncovered; nothing before there is a first frame.
   void restore(const PixelRect& rectangle);
+  /// The same of a rectangle of the window.
+  void restoreInWindow(const PixelRect& rectangle) {
+    restore({rectangle.x - x_, rectangle.y - y_, rectangle.width, rectangle.height});
+  }
   /// The same for what lies above a rectangle of the backdrop.
   void restoreAbove(const PixelRect& below) {
     restore({below.x - backdrop_.x, below.y - backdrop_.y, below.width, below.height});
@@ -53,7 +61,11 @@ class X11Surface {
   void abandon();
 
  private:
-  uint8_t* data();
+  struct Free {
+    void operator()(uint32_t* memory) const { std::free(memory); }
+  };
+  void allocate();
+  uint32_t* data() const;
   const uint32_t* row(int y) const;
   size_t bytesPerRow() const { return static_cast<size_t>(width_) * sizeof(uint32_t); }
   void share(const PixelRect& rectangle, bool tell_when_read);
@@ -66,13 +78,16 @@ class X11Surface {
   uint8_t depth_;
   bool shares_memory_;
   xcb_gcontext_t gc_;
+  int x_ = 0;
+  int y_ = 0;
   int width_ = 0;
   int height_ = 0;
   int reads_ = 0;  ///< uploads of which the server has not said that it has read them
   bool has_frame_ = false;
   bool abandoned_ = false;
   std::unique_ptr<X11SharedMemory> shared_;
-  std::vector<uint32_t> own_;    ///< instead of shared_
+  std::unique_ptr<uint32_t[], Free> own_;  ///< instead of shared_
+  bool lacks_memory_ = false;
   std::vector<uint32_t> strip_;  ///< on its way to the server
   struct Backdrop {
     const X11Surface* below = nullptr;

@@ -1,6 +1,7 @@
 #include "windows/x11_window.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -94,7 +95,7 @@ bool X11Window::create() {
   // What is blended on its way is not what lies in memory.
   const bool shares_memory = system_.sharesMemory() && !blends_itself_;
   surface_ = std::make_unique<X11Surface>(connection_, id_, visual.depth, shares_memory);
-  surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_));
+  resizeSurface();
   return true;
 }
 
@@ -134,9 +135,10 @@ void X11Window::place(NSRect frame) {
     return static_cast<int>(
         std::lround(std::clamp<double>(exact, -largest_pixel_extent, largest_pixel_extent)));
   };
-  size_ = frame.size;
-  width_ = std::max(1, device_pixels(size_.width, scale_));
-  height_ = std::max(1, device_pixels(size_.height, scale_));
+  setPixelSize(std::max(1, device_pixels(frame.size.width, scale_)),
+               std::max(1, device_pixels(frame.size.height, scale_)));
+  if (drawn_ == PixelRect{0, 0, width_, height_})
+    size_ = frame.size;
   x_ = pixel(frame.origin.x);
   y_ = parent_height_ - pixel(frame.origin.y) - height_;
   if (kind_ == WindowKind::embedded) {
@@ -146,9 +148,32 @@ void X11Window::place(NSRect frame) {
   }
 }
 
+void X11Window::setPixelSize(int width, int height) {
+  width_ = width;
+  height_ = height;
+  drawn_ = drawn_part(width, height);
+  size_ = {static_cast<CGFloat>(drawn_.width / scale_), static_cast<CGFloat>(drawn_.height / scale_)};
+}
+
+void X11Window::resizeSurface() {
+  const bool lost = surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_));
+  must_redraw_ = must_redraw_ || lost;
+  surface_->setOrigin(drawn_.x, drawn_.y);
+  const bool has_margin = drawn_ != PixelRect{0, 0, width_, height_};
+  if (std::exchange(has_margin_, has_margin) == has_margin)
+    return;
+  // What nobody draws is the server's to fill.
+  constexpr std::array<uint32_t, 1> no_pixmap{XCB_BACK_PIXMAP_NONE};
+  constexpr std::array<uint32_t, 1> grey{0xff333333};
+  xcb_change_window_attributes(connection_.get(), id_, has_margin ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP,
+                               has_margin ? grey.data() : no_pixmap.data());
+  if (has_margin)
+    xcb_clear_area(connection_.get(), 0, id_, 0, 0, 0, 0);
+}
+
 NSRect X11Window::frame() const {
-  return {{static_cast<CGFloat>(x_ / scale_), static_cast<CGFloat>((parent_height_ - y_ - height_) / scale_)},
-          size_};
+  const int below = parent_height_ - y_ - drawn_.y - drawn_.height;
+  return {{static_cast<CGFloat>((x_ + drawn_.x) / scale_), static_cast<CGFloat>(below / scale_)}, size_};
 }
 
 NSRect X11Window::screenFrame() const {
@@ -160,8 +185,9 @@ NSRect X11Window::screenFrame() const {
       screen_y_ = origin->y;
     }
   }
-  const int below = system_.screenHeight() - screen_y_ - height_;
-  return {{static_cast<CGFloat>(screen_x_ / scale_), static_cast<CGFloat>(below / scale_)}, size_};
+  const int below = system_.screenHeight() - screen_y_ - drawn_.y - drawn_.height;
+  return {{static_cast<CGFloat>((screen_x_ + drawn_.x) / scale_), static_cast<CGFloat>(below / scale_)},
+          size_};
 }
 
 NSRect X11Window::screenBounds() const {
@@ -172,22 +198,22 @@ NSRect X11Window::screenBounds() const {
 
 void X11Window::setFrame(NSRect frame) {
   const NSSize size_before = size_;
+  const PixelRect drawn_before = drawn_;
   place(frame);
   if (gone_)
     return;
-  if (size_ != size_before) {
+  if (size_ != size_before || drawn_ != drawn_before) {
     if (!resizable_)
       set_fixed_size(connection_, id_, width_, height_, kind_);
-    if (surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_))) {
-      must_redraw_ = true;
+    resizeSurface();
+    if (must_redraw_)
       connection_.wake();
-    }
   }
   configure();
   if (blends_itself_) {
     // Another part of the parent shows through now.
     lieOverParent();
-    surface_->restore({0, 0, width_, height_});
+    surface_->restoreInWindow({0, 0, width_, height_});
   }
   connection_.flush();
 }
@@ -268,7 +294,9 @@ void X11Window::lieOverParent() {
   const bool knows_its_place = parent->kind_ != WindowKind::embedded;
   const int parent_x = knows_its_place ? parent->x_ : parent->screen_x_;
   const int parent_y = knows_its_place ? parent->y_ : parent->screen_y_;
-  surface_->setBackdrop(parent->surface_.get(), x_ - parent_x, y_ - parent_y);
+  const PixelRect& below = parent->drawn_;
+  surface_->setBackdrop(parent->surface_.get(), x_ + drawn_.x - parent_x - below.x,
+                        y_ + drawn_.y - parent_y - below.y);
 }
 
 void X11Window::makeKey() {

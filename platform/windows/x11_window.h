@@ -97,6 +97,9 @@ class X11Window : public PlatformWindow {
   bool isManageable() const { return kind_ == WindowKind::titled || kind_ == WindowKind::panel; }
   /// Takes over the place and size of `frame` as far as device pixels can.
   void place(NSRect frame);
+  void setPixelSize(int width, int height);
+  /// Makes the pixels as many as are drawn.
+  void resizeSurface();
   void configure();
   /// Has the parent's pixels show through from where it is now, if nobody else sees to it.
   void lieOverParent();
@@ -122,11 +125,13 @@ class X11Window : public PlatformWindow {
   xcb_window_t host_ = XCB_WINDOW_NONE;
   bool blends_itself_ = false;  ///< a popup with translucent pixels on a screen without translucent windows
   double scale_;
-  NSSize size_;  ///< points; more exact than the device pixels are
+  NSSize size_;  ///< points, of what is drawn; more exact than the device pixels are
   int x_ = 0;    ///< device pixels from the top left of the screen or host
   int y_ = 0;
   int width_ = 1;  ///< device pixels; the server has no windows without any
   int height_ = 1;
+  PixelRect drawn_;  ///< in the window, from its upper left
+  bool has_margin_ = false;
   int parent_height_ = 0;
   /// Where an embedded window was on the screen when somebody asked last, in device pixels.
   mutable int screen_x_ = 0;

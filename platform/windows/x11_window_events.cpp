@@ -64,8 +64,9 @@ void X11Window::tell(const std::vector<WindowEvent>& events) {
 
 PointerSample X11Window::sampleOf(const X11Pointer& pointer) const {
   PointerSample sample;
-  const double up = height_ - 1 - std::floor(pointer.y);
-  sample.location = {static_cast<CGFloat>(std::floor(pointer.x) / scale_), static_cast<CGFloat>(up / scale_)};
+  const double right = std::floor(pointer.x) - drawn_.x;
+  const double up = drawn_.y + drawn_.height - 1 - std::floor(pointer.y);
+  sample.location = {static_cast<CGFloat>(right / scale_), static_cast<CGFloat>(up / scale_)};
   sample.screen_x = pointer.root_x / scale_;
   sample.screen_y = pointer.root_y / scale_;
   sample.modifiers = modifiers_of(pointer.state);
@@ -123,8 +124,8 @@ void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
       down ? keyboard.press(event.detail, event.state) : keyboard.release(event.detail, event.state);
   WindowEvent told;
   told.type = down ? WindowEventType::key_down : WindowEventType::key_up;
-  told.location = {static_cast<CGFloat>(event.event_x / scale_),
-                   static_cast<CGFloat>((height_ - 1 - event.event_y) / scale_)};
+  told.location = {static_cast<CGFloat>((event.event_x - drawn_.x) / scale_),
+                   static_cast<CGFloat>((drawn_.y + drawn_.height - 1 - event.event_y) / scale_)};
   told.modifiers = modifiers_of(event.state);
   told.timestamp = system_.secondsOf(event.time);
   told.keysym = key.keysym;
@@ -169,7 +170,7 @@ void X11Window::handlePressOutside(xcb_timestamp_t time) {
 
 void X11Window::handleExpose(const xcb_expose_event_t& event) {
   lieOverParent();
-  surface_->restore({event.x, event.y, event.width, event.height});
+  surface_->restoreInWindow({event.x, event.y, event.width, event.height});
 }
 
 void X11Window::handleNewsBelow(const X11Window& parent, std::span<const PixelRect> damage) {
@@ -177,7 +178,7 @@ void X11Window::handleNewsBelow(const X11Window& parent, std::span<const PixelRe
     return;
   lieOverParent();
   for (const PixelRect& part : damage)
-    surface_->restoreAbove(clipped(part, parent.width_, parent.height_));
+    surface_->restoreAbove(clipped(part, parent.drawn_.width, parent.drawn_.height));
 }
 
 void X11Window::handleConfigure(const xcb_configure_notify_event_t& event, uint32_t sequence) {
@@ -185,10 +186,8 @@ void X11Window::handleConfigure(const xcb_configure_notify_event_t& event, uint3
   if (is_before(sequence, configured_by_))
     return;
   if (event.width != width_ || event.height != height_) {
-    width_ = event.width;
-    height_ = event.height;
-    size_ = {static_cast<CGFloat>(width_ / scale_), static_cast<CGFloat>(height_ / scale_)};
-    must_redraw_ = surface_->resize(width_, height_) || must_redraw_;
+    setPixelSize(event.width, event.height);
+    resizeSurface();
   }
   const bool by_manager = (event.response_type & 0x80) != 0;
   X11WindowSystem& system = system_;

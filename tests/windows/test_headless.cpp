@@ -8,6 +8,7 @@
 #include "foundation/NSLog.h"
 #include "recorder.h"
 #include "windows/headless.h"
+#include "windows/pixel_geometry.h"
 
 namespace cocoa {
 namespace {
@@ -53,6 +54,24 @@ TEST_F(Headless, DeliversWhatIsInjectedWhenItIsDispatched) {
   EXPECT_EQ(down.click_count, 1);
   EXPECT_EQ(down.modifiers, modifier_shift);
   EXPECT_EQ(down.timestamp, 10);
+}
+
+TEST_F(Headless, OfAWindowTooLargeToBeDrawnTheMiddleIs) {
+  HeadlessWindow& w = open();
+  w.resize({16384, 8192});
+  system.dispatch();
+  const Pixels pixels = w.pixels();
+  ASSERT_TRUE(pixels);
+  EXPECT_LE(static_cast<double>(pixels.width) * pixels.height, most_pixels);
+  EXPECT_NEAR(static_cast<double>(pixels.width) / pixels.height, 2, 0.01);
+  const NSRect frame = w.frame();
+  EXPECT_EQ(frame.size,
+            (NSSize{static_cast<CGFloat>(pixels.width / 2.0), static_cast<CGFloat>(pixels.height / 2.0)}));
+  EXPECT_NEAR(static_cast<double>(NSMinX(frame) + NSWidth(frame) / 2), 100 + 16384 / 2, 1);
+  EXPECT_NEAR(static_cast<double>(NSMinY(frame) + NSHeight(frame) / 2), 200 + 8192 / 2, 1);
+  w.resize({60, 40});
+  system.dispatch();
+  EXPECT_EQ(w.frame(), NSMakeRect(100, 200, 60, 40));
 }
 
 TEST_F(Headless, DeliversAtOnceWhenAskedTo) {
