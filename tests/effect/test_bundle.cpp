@@ -64,6 +64,15 @@ TEST_F(EffectBundle, is_a_complete_description) {
   EXPECT_EQ(lilv_plugin_get_num_ports(plugin_), 11U);
 }
 
+TEST_F(EffectBundle, names_its_licence) {
+  LilvNode* license = lilv_new_uri(world_, "http://usefulinc.com/ns/doap#license");
+  LilvNodes* values = lilv_plugin_get_value(plugin_, license);
+  EXPECT_EQ(lilv_nodes_size(values), 1U);
+  EXPECT_STREQ(lilv_node_as_string(lilv_nodes_get_first(values)), "https://spdx.org/licenses/MIT");
+  lilv_nodes_free(values);
+  lilv_node_free(license);
+}
+
 TEST_F(EffectBundle, promises_to_run_in_real_time_and_asks_for_nothing) {
   LilvNode* real_time = lilv_new_uri(world_, LV2_CORE__hardRTCapable);
   EXPECT_TRUE(lilv_plugin_has_feature(plugin_, real_time));
