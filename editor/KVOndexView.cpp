@@ -138,7 +138,7 @@ void KVOndexView::configure_label(KV_Ondex_Label_View* label, const char* text, 
 void KVOndexView::configure_readout(const ParameterDescription& parameter, NSColor* readout_color,
                                     NSColor* info_color) {
   KV_Ondex_Parameter_Control_View* view = readout(parameter.number);
-  view->set_parameter_number(parameter.number);
+  view->set_parameter_number(static_cast<int32_t>(parameter.number));
   view->set_colors_for_readout_info(readout_color, info_color);
   view->set_values_minimum_maximum_default_value_scale_type(parameter.minimum, parameter.maximum,
                                                             parameter.default_value, parameter.scale_type);

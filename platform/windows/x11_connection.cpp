@@ -16,7 +16,7 @@ namespace cocoa {
 std::unique_ptr<X11Connection> X11Connection::open(const char* display_name) {
   int screen_number = 0;
   xcb_connection_t* raw = xcb_connect(display_name, &screen_number);
-  std::unique_ptr<X11Connection> connection(new X11Connection(raw, screen_number));
+  std::unique_ptr<X11Connection> connection(new X11Connection(raw));
   if (connection->lost()) {
     const char* name = display_name ? display_name : std::getenv("DISPLAY");
     NSLog("There is no X display \"%s\" to show windows on.", name ? name : "");
@@ -34,8 +34,7 @@ std::unique_ptr<X11Connection> X11Connection::open(const char* display_name) {
   return connection;
 }
 
-X11Connection::X11Connection(xcb_connection_t* connection, int screen_number)
-    : connection_(connection), screen_number_(screen_number) {}
+X11Connection::X11Connection(xcb_connection_t* connection) : connection_(connection) {}
 
 X11Connection::~X11Connection() {
   for (const int descriptor : {poll_, wake_}) {

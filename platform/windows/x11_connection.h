@@ -76,7 +76,7 @@ class X11Connection {
   std::string rootProperty(xcb_atom_t property);
 
  private:
-  X11Connection(xcb_connection_t* connection, int screen_number);
+  explicit X11Connection(xcb_connection_t* connection);
   bool makePollable();
   bool chooseVisuals();
   bool hasProperty(xcb_window_t window, xcb_atom_t property);
@@ -85,7 +85,6 @@ class X11Connection {
   bool takeInReplies();
 
   xcb_connection_t* connection_;
-  int screen_number_;
   const xcb_screen_t* screen_ = nullptr;
   X11Atoms atoms_;
   X11Visual opaque_;

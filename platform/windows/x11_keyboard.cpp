@@ -4,6 +4,9 @@
 #include <xkbcommon/xkbcommon.h>
 
 // A field of this C header bears the name of a C++ keyword.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
