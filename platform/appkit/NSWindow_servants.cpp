@@ -34,6 +34,11 @@ void NSWindow::closeServants() {
 
 /// The window system's window goes; the next time it is shown it gets a new one.
 void NSWindow::leaveWindowSystem() {
+  // A child's is a popup over it, and cannot outlive it.
+  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_)) {
+    child->orderOut(nullptr);
+    child->leaveWindowSystem();
+  }
   // It was the way to the window system for those that serve it, too.
   const std::vector<WeakRef<NSWindow>> all(servants_.begin(), servants_.end());
   for (const WeakRef<NSWindow>& each : all) {

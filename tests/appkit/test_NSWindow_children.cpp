@@ -62,6 +62,28 @@ TEST_F(ChildWindowTest, GoesOffTheScreenWithItsParentWhoeverStillHoldsIt) {
   EXPECT_TRUE(system.windows().empty());
 }
 
+TEST_F(ChildWindowTest, GetsAWindowOfItsOwnAgainWithAParentThatWasDestroyed) {
+  parent->addChildWindow_ordered(child.get(), NSWindowAbove);
+  system.windows()[0]->destroyFromOutside();
+  system.dispatch();
+  EXPECT_FALSE(child->isVisible());
+  parent->orderFront(nullptr);
+  system.dispatch();
+  ASSERT_EQ(system.windows().size(), 2U);
+  EXPECT_EQ(system.windows()[1]->parent(), parent->platformWindow());
+  EXPECT_TRUE(system.windows()[1]->viewable());
+}
+
+TEST_F(ChildWindowTest, LeavesTheWindowSystemWithAParentThatIsShownByAnother) {
+  HeadlessWindowSystem other;
+  const auto served = make<NSWindow>(NSMakeRect(0, 0, 50, 50), NSTitledWindowMask);
+  served->setWindowSystem(&other);
+  parent->addChildWindow_ordered(child.get(), NSWindowAbove);
+  parent->setServedWindow(served.get());
+  EXPECT_TRUE(system.windows().empty());
+  EXPECT_FALSE(child->isVisible());
+}
+
 TEST_F(ChildWindowTest, AViewThatMovedToANewerWindowStaysThere) {
   const auto panel = make<NSView>(NSMakeRect(0, 0, 50, 30));
   child->setContentView(panel.get());
