@@ -90,20 +90,20 @@ void full_repaint(benchmark::State& state) {
 
 void readout_changes(benchmark::State& state) {
   OpenEditor open;
-  auto* readout = open.view->_tremolo_left_fm_mod_index_parameter;
+  auto* readout = open.view->_tremolo_left_fm_mod_index_parameter.get();
   measure(state, open, readout->bounds().size,
           [&](bool flip) { readout->set_current_value(flip ? 1.25 : 7.5); });
 }
 
 void knob_moves(benchmark::State& state) {
   OpenEditor open;
-  auto* knob = open.view->_knob;
+  auto* knob = open.view->_knob.get();
   measure(state, open, knob->bounds().size, [&](bool flip) { knob->set_current_value(flip ? 0.25 : 0.75); });
 }
 
 void graph_changes(benchmark::State& state) {
   OpenEditor open;
-  auto* graph = open.view->_vibrato_left_oscillator_response_view;
+  auto* graph = open.view->_vibrato_left_oscillator_response_view.get();
   measure(state, open, graph->bounds().size, [&](bool flip) {
     graph->set_modulation_index(flip ? 2.5F : 3.0F);
     graph->setNeedsDisplay(true);
@@ -112,7 +112,7 @@ void graph_changes(benchmark::State& state) {
 
 void curve_rebuild(benchmark::State& state) {
   const OpenEditor open;
-  auto* graph = open.view->_vibrato_left_oscillator_response_view;
+  auto* graph = open.view->_vibrato_left_oscillator_response_view.get();
   Copy copy(graph->bounds().size, open.view->bounds().size);
   double rebuilding = 0;
   double copying = 0;

@@ -3,6 +3,7 @@
 #include "editor/color_preferences.h"
 #include "editor/parameter_table.h"
 #include "foundation/CFRunLoop.h"
+#include "foundation/NSLog.h"
 
 namespace ondex {
 
@@ -10,30 +11,35 @@ using namespace cocoa;
 
 namespace {
 
-constexpr Outlet outlets[] = {
-    {"_main_title", FieldOutlet<&KVOndexView::_main_title>::set},
-    {"_knob", FieldOutlet<&KVOndexView::_knob>::set},
-    {"_tremolo_label", FieldOutlet<&KVOndexView::_tremolo_label>::set},
-    {"_left_label", FieldOutlet<&KVOndexView::_left_label>::set},
-    {"_right_label", FieldOutlet<&KVOndexView::_right_label>::set},
-    {"_tremolo_left_rate_parameter", FieldOutlet<&KVOndexView::_tremolo_left_rate_parameter>::set},
-    {"_tremolo_right_rate_parameter", FieldOutlet<&KVOndexView::_tremolo_right_rate_parameter>::set},
-    {"_tremolo_depth_parameter", FieldOutlet<&KVOndexView::_tremolo_depth_parameter>::set},
-    {"_tremolo_left_fm_mod_frequency_parameter",
-     FieldOutlet<&KVOndexView::_tremolo_left_fm_mod_frequency_parameter>::set},
-    {"_tremolo_left_fm_mod_index_parameter",
-     FieldOutlet<&KVOndexView::_tremolo_left_fm_mod_index_parameter>::set},
-    {"_tremolo_right_fm_mod_frequency_parameter",
-     FieldOutlet<&KVOndexView::_tremolo_right_fm_mod_frequency_parameter>::set},
-    {"_tremolo_right_fm_mod_index_parameter",
-     FieldOutlet<&KVOndexView::_tremolo_right_fm_mod_index_parameter>::set},
-    {"_vibrato_left_oscillator_response_view",
-     FieldOutlet<&KVOndexView::_vibrato_left_oscillator_response_view>::set},
-    {"_vibrato_right_oscillator_response_view",
-     FieldOutlet<&KVOndexView::_vibrato_right_oscillator_response_view>::set},
-    {"_text_entry_popup_view", FieldOutlet<&KVOndexView::_text_entry_popup_view>::set},
-    {"_effect_box", FieldOutlet<&KVOndexView::_effect_box>::set},
+using Title = KV_Ondex_Button_View;
+using Knob = KV_Ondex_Big_Knob_View;
+using Label = KV_Ondex_Label_View;
+using Readout = KV_Ondex_Parameter_Control_View;
+using Graph = KV_FM_Oscillator_Response_View;
+
+constexpr WeakOutlet weak_outlets[] = {
+    weak_outlet<&KVOndexView::_main_title>("_main_title"),
+    weak_outlet<&KVOndexView::_knob>("_knob"),
+    weak_outlet<&KVOndexView::_tremolo_label>("_tremolo_label"),
+    weak_outlet<&KVOndexView::_left_label>("_left_label"),
+    weak_outlet<&KVOndexView::_right_label>("_right_label"),
+    weak_outlet<&KVOndexView::_tremolo_left_rate_parameter>("_tremolo_left_rate_parameter"),
+    weak_outlet<&KVOndexView::_tremolo_right_rate_parameter>("_tremolo_right_rate_parameter"),
+    weak_outlet<&KVOndexView::_tremolo_depth_parameter>("_tremolo_depth_parameter"),
+    weak_outlet<&KVOndexView::_tremolo_left_fm_mod_frequency_parameter>(
+        "_tremolo_left_fm_mod_frequency_parameter"),
+    weak_outlet<&KVOndexView::_tremolo_left_fm_mod_index_parameter>("_tremolo_left_fm_mod_index_parameter"),
+    weak_outlet<&KVOndexView::_tremolo_right_fm_mod_frequency_parameter>(
+        "_tremolo_right_fm_mod_frequency_parameter"),
+    weak_outlet<&KVOndexView::_tremolo_right_fm_mod_index_parameter>("_tremolo_right_fm_mod_index_parameter"),
+    weak_outlet<&KVOndexView::_vibrato_left_oscillator_response_view>(
+        "_vibrato_left_oscillator_response_view"),
+    weak_outlet<&KVOndexView::_vibrato_right_oscillator_response_view>(
+        "_vibrato_right_oscillator_response_view"),
+    weak_outlet<&KVOndexView::_text_entry_popup_view>("_text_entry_popup_view"),
+    weak_outlet<&KVOndexView::_effect_box>("_effect_box"),
 };
+constexpr auto outlets = outlets_of(weak_outlets);
 
 constexpr SEL knob_callback_selector("knob_callback:");
 constexpr SEL value_edited_selector("parameter_view_value_edited:");
@@ -53,6 +59,10 @@ constexpr Action actions[] = {
 /// one.
 constexpr Float32 notification_interval = 0.05F;
 constexpr Float32 value_change_granularity = 0.05F;
+
+void log_outlet(const WeakOutlet& logged, const char* finding) {
+  NSLog("KVOndexView: outlet %s %s", std::string(logged.outlet.name).c_str(), finding);
+}
 
 Ref<NSColor> device_rgb(double red, double green, double blue, double alpha) {
   return NSColor::colorWithDeviceRed_green_blue_alpha(static_cast<CGFloat>(red), static_cast<CGFloat>(green),
@@ -89,21 +99,22 @@ KVOndexView::~KVOndexView() {
 }
 
 void KVOndexView::awakeFromNib() {
+  check_outlets();
   const Ref<NSColor> info_color = preferred_color(info_color_preference);
   const Ref<NSColor> readout_color = preferred_color(readout_color_preference);
   const Ref<NSColor> title_color = device_rgb(0.95, 0.95, 0.95, 0.67);
   const Ref<NSColor> curve_color = device_rgb(0.9, 0.62, 0.5, 0.666);
 
-  _main_title->set_callback_onObject(preferences_selector, this);
-  _main_title->set_colors_for_info(title_color.get());
-  _main_title->set_description(make<NSString>("KV Ondex").get());
+  send(_main_title, &Title::set_callback_onObject, preferences_selector, this);
+  send(_main_title, &Title::set_colors_for_info, title_color.get());
+  send(_main_title, &Title::set_description, make<NSString>("KV Ondex").get());
 
   configure_graph(_vibrato_left_oscillator_response_view, readout_color.get(), curve_color.get());
   configure_graph(_vibrato_right_oscillator_response_view, readout_color.get(), curve_color.get());
 
-  _knob->set_callback_onObject(knob_callback_selector, this);
-  _knob->set_values_minimum_maximum_default_value_scale_type(0.0, 20.0, 0.0, linear_scale);
-  _knob->set_current_value(0.0);
+  send(_knob, &Knob::set_callback_onObject, knob_callback_selector, this);
+  send(_knob, &Knob::set_values_minimum_maximum_default_value_scale_type, 0.0, 20.0, 0.0, linear_scale);
+  send(_knob, &Knob::set_current_value, 0.0);
 
   configure_label(_tremolo_label, "Tremolo", info_color.get());
   configure_label(_left_label, "Left", info_color.get());
@@ -119,35 +130,67 @@ void KVOndexView::awakeFromNib() {
   addSubview(_effect_box);
   addSubview(_main_title);
   addSubview(_knob);
+  report_outlets_outside();
   setNeedsDisplay(true);
+}
+
+void KVOndexView::check_outlets() {
+  log_missing_outlets(*this, weak_outlets);
+  disconnect_where([this](const NSView* view) { return isDescendantOf(view); },
+                   "is connected to a view around the editor, which cannot be a control.");
+  // The readouts keep the entry, and a control outside the editor keeps the editor.
+  const NSView* entry = _text_entry_popup_view;
+  disconnect_where(
+      [entry](const NSView* view) { return entry && view != entry && view->isDescendantOf(entry); },
+      "is connected to a view in the numeric entry, which cannot be a control.");
+}
+
+template <typename Condition>
+void KVOndexView::disconnect_where(const Condition& condition, const char* finding) {
+  for (const WeakOutlet& each : weak_outlets) {
+    const auto* view = dynamic_cast<const NSView*>(each.get(*this));
+    if (!view || !condition(view))
+      continue;
+    log_outlet(each, finding);
+    each.outlet.set(*this, nullptr);
+  }
+}
+
+void KVOndexView::report_outlets_outside() const {
+  for (const WeakOutlet& each : weak_outlets) {
+    const auto* view = dynamic_cast<const NSView*>(each.get(*this));
+    // The readouts keep the panel, which lies in no view.
+    if (view && view != _text_entry_popup_view && !view->isDescendantOf(this))
+      log_outlet(each, "is connected to a view outside the editor, which does not keep it.");
+  }
 }
 
 void KVOndexView::configure_graph(KV_FM_Oscillator_Response_View* graph, NSColor* text, NSColor* curve) {
   constexpr float two_periods = 12.566371F;  // 4 pi
-  graph->set_text_color(text);
-  graph->set_curve_color_fill_color(curve, curve);
-  graph->set_y_minimum_maximum(-1.1F, 1.1F);
-  graph->set_x_minimum_maximum(0.0F, two_periods);
+  send(graph, &Graph::set_text_color, text);
+  send(graph, &Graph::set_curve_color_fill_color, curve, curve);
+  send(graph, &Graph::set_y_minimum_maximum, -1.1F, 1.1F);
+  send(graph, &Graph::set_x_minimum_maximum, 0.0F, two_periods);
 }
 
 void KVOndexView::configure_label(KV_Ondex_Label_View* label, const char* text, NSColor* color) {
-  label->set_colors_for_info(color);
-  label->set_description(make<NSString>(text).get());
+  send(label, &Label::set_colors_for_info, color);
+  send(label, &Label::set_description, make<NSString>(text).get());
 }
 
 void KVOndexView::configure_readout(const ParameterDescription& parameter, NSColor* readout_color,
                                     NSColor* info_color) {
-  KV_Ondex_Parameter_Control_View* view = readout(parameter.number);
-  view->set_parameter_number(static_cast<int32_t>(parameter.number));
-  view->set_colors_for_readout_info(readout_color, info_color);
-  view->set_values_minimum_maximum_default_value_scale_type(parameter.minimum, parameter.maximum,
-                                                            parameter.default_value, parameter.scale_type);
-  view->set_current_value(parameter.initial_value);
-  view->set_callback_onObject(value_edited_selector, this);
-  view->set_selection_callback_onObject(selected_selector, this);
-  view->set_description(make<NSString>(parameter.name).get());
-  view->set_selected(parameter.initially_selected);
-  view->set_pop_up_view(_text_entry_popup_view);
+  Readout* const view = readout(parameter.number);
+  send(view, &Readout::set_parameter_number, static_cast<int32_t>(parameter.number));
+  send(view, &Readout::set_colors_for_readout_info, readout_color, info_color);
+  send(view, &Readout::set_values_minimum_maximum_default_value_scale_type, parameter.minimum,
+       parameter.maximum, parameter.default_value, parameter.scale_type);
+  send(view, &Readout::set_current_value, parameter.initial_value);
+  send(view, &Readout::set_callback_onObject, value_edited_selector, this);
+  send(view, &Readout::set_selection_callback_onObject, selected_selector, this);
+  send(view, &Readout::set_description, make<NSString>(parameter.name).get());
+  send(view, &Readout::set_selected, parameter.initially_selected);
+  send(view, &Readout::set_pop_up_view, _text_entry_popup_view.get());
 }
 
 void KVOndexView::setAU(AudioUnit unit) {

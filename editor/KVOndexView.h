@@ -7,6 +7,7 @@
 #include "drawing/KV_Ondex_Button_View.h"
 #include "drawing/KV_Ondex_Label_View.h"
 #include "editor/KV_Ondex_Preference_Controller.h"
+#include "foundation/weak_outlets.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
 #include "parameter_control/KV_Ondex_Pop_Up_View.h"
@@ -18,7 +19,8 @@ namespace ondex {
 ///
 /// Controls report to it by callback; it writes the effect's parameter and brings the other controls into
 /// step. Changes made elsewhere arrive as parameter events. The controls are made by the interface file and
-/// owned by the view hierarchy; the fields here are plain references. Main thread only.
+/// owned by the view hierarchy; the fields here do not own them. What a control that is missing would do is
+/// left out. Main thread only.
 class KVOndexView : public cocoa::NSView {
  public:
   static const cocoa::Class class_;
@@ -27,7 +29,9 @@ class KVOndexView : public cocoa::NSView {
   /// initWithFrame: stores the default colours unless the user has both.
   explicit KVOndexView(cocoa::NSRect frame);
   ~KVOndexView() override;
-  /// Configures every control and selects the depth readout.
+  /// Configures every control and selects the depth readout. An outlet that the interface file does not
+  /// connect is named in the log, and so is one to a view that encloses the editor or lies in the numeric
+  /// entry, which is let go of, and one to a view elsewhere, which the editor does not keep.
   void awakeFromNib() override;
 
   /// Attaches the view to an effect instance, which is not retained and must outlive the attachment; null
@@ -57,32 +61,36 @@ class KVOndexView : public cocoa::NSView {
   void do_2d_bg_area(cocoa::CGContextRef context, cocoa::CGRect area);
   cocoa::CGColorSpaceRef get_RGB_color_space();
 
-  KV_Ondex_Button_View* _main_title = nullptr;
-  KV_Ondex_Big_Knob_View* _knob = nullptr;
-  KV_Ondex_Label_View* _tremolo_label = nullptr;
-  KV_Ondex_Label_View* _left_label = nullptr;
-  KV_Ondex_Label_View* _right_label = nullptr;
+  cocoa::WeakPointer<KV_Ondex_Button_View> _main_title;
+  cocoa::WeakPointer<KV_Ondex_Big_Knob_View> _knob;
+  cocoa::WeakPointer<KV_Ondex_Label_View> _tremolo_label;
+  cocoa::WeakPointer<KV_Ondex_Label_View> _left_label;
+  cocoa::WeakPointer<KV_Ondex_Label_View> _right_label;
   /// The readout that the knob edits; null until the first selection.
-  KV_Ondex_Parameter_Control_View* _current_parameter_view = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_left_rate_parameter = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_right_rate_parameter = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_depth_parameter = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_left_fm_mod_frequency_parameter = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_left_fm_mod_index_parameter = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_right_fm_mod_frequency_parameter = nullptr;
-  KV_Ondex_Parameter_Control_View* _tremolo_right_fm_mod_index_parameter = nullptr;
-  KV_FM_Oscillator_Response_View* _vibrato_left_oscillator_response_view = nullptr;
-  KV_FM_Oscillator_Response_View* _vibrato_right_oscillator_response_view = nullptr;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _current_parameter_view;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_left_rate_parameter;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_right_rate_parameter;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_depth_parameter;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_left_fm_mod_frequency_parameter;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_left_fm_mod_index_parameter;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_right_fm_mod_frequency_parameter;
+  cocoa::WeakPointer<KV_Ondex_Parameter_Control_View> _tremolo_right_fm_mod_index_parameter;
+  cocoa::WeakPointer<KV_FM_Oscillator_Response_View> _vibrato_left_oscillator_response_view;
+  cocoa::WeakPointer<KV_FM_Oscillator_Response_View> _vibrato_right_oscillator_response_view;
   /// The panel that all readouts share, and own.
-  KV_Ondex_Pop_Up_View* _text_entry_popup_view = nullptr;
+  cocoa::WeakPointer<KV_Ondex_Pop_Up_View> _text_entry_popup_view;
   cocoa::AudioUnit mAU = nullptr;
   cocoa::AUEventListenerRef mAUEventListener = nullptr;
   /// Made when it is first needed.
   cocoa::Ref<KV_Ondex_Preference_Controller> _preferences_controller;
-  cocoa::NSBox* _effect_box = nullptr;
+  cocoa::WeakPointer<cocoa::NSBox> _effect_box;
 
  private:
   KV_Ondex_Parameter_Control_View* readout(uint32_t parameter) const;
+  void check_outlets();
+  template <typename Condition>
+  void disconnect_where(const Condition& condition, const char* finding);
+  void report_outlets_outside() const;
   void configure_graph(KV_FM_Oscillator_Response_View* graph, cocoa::NSColor* text, cocoa::NSColor* curve);
   void configure_label(KV_Ondex_Label_View* label, const char* text, cocoa::NSColor* color);
   void configure_readout(const struct ParameterDescription& parameter, cocoa::NSColor* readout_color,

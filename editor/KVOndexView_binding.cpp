@@ -5,6 +5,13 @@ namespace ondex {
 
 using namespace cocoa;
 
+namespace {
+
+using Knob = KV_Ondex_Big_Knob_View;
+using Graph = KV_FM_Oscillator_Response_View;
+
+}  // namespace
+
 void KVOndexView::set_au_parameter_to_value(int parameter, float value) {
   const AudioUnitParameter record = {mAU, static_cast<AudioUnitParameterID>(parameter),
                                      kAudioUnitScope_Global, 0};
@@ -13,7 +20,7 @@ void KVOndexView::set_au_parameter_to_value(int parameter, float value) {
 }
 
 void KVOndexView::knob_callback(NSObject* sender) {
-  if (sender != _knob || !_current_parameter_view)
+  if (!_knob || sender != _knob || !_current_parameter_view)
     return;
   // What the knob holds is written, even where the readout's own range is narrower.
   const double value = _knob->current_value();
@@ -28,7 +35,7 @@ void KVOndexView::parameter_view_value_edited(NSObject* sender) {
   if (!edited)
     return;
   if (edited == _current_parameter_view)
-    _knob->set_current_value(edited->current_value());
+    send(_knob, &Knob::set_current_value, edited->current_value());
   const auto value = static_cast<float>(edited->current_value());
   update_graph(edited, value);
   set_au_parameter_to_value(static_cast<int>(edited->parameter_number()), value);
@@ -55,20 +62,21 @@ void KVOndexView::point_knob_at(KV_Ondex_Parameter_Control_View* shown) {
   const double default_value = shown->default_value();
   const double value = shown->current_value();
   const int scale_type = shown->scale_type();
-  _knob->set_values_minimum_maximum_default_value_scale_type(minimum, maximum, default_value, scale_type);
-  _knob->set_current_value(value);
+  send(_knob, &Knob::set_values_minimum_maximum_default_value_scale_type, minimum, maximum, default_value,
+       scale_type);
+  send(_knob, &Knob::set_current_value, value);
 }
 
 /// Modulation factors and indices shape a graph; rates and depth do not.
 void KVOndexView::update_graph(const KV_Ondex_Parameter_Control_View* changed, float value) {
   if (changed == _tremolo_left_fm_mod_frequency_parameter) {
-    _vibrato_left_oscillator_response_view->set_modulation_factor(value);
+    send(_vibrato_left_oscillator_response_view, &Graph::set_modulation_factor, value);
   } else if (changed == _tremolo_left_fm_mod_index_parameter) {
-    _vibrato_left_oscillator_response_view->set_modulation_index(value);
+    send(_vibrato_left_oscillator_response_view, &Graph::set_modulation_index, value);
   } else if (changed == _tremolo_right_fm_mod_frequency_parameter) {
-    _vibrato_right_oscillator_response_view->set_modulation_factor(value);
+    send(_vibrato_right_oscillator_response_view, &Graph::set_modulation_factor, value);
   } else if (changed == _tremolo_right_fm_mod_index_parameter) {
-    _vibrato_right_oscillator_response_view->set_modulation_index(value);
+    send(_vibrato_right_oscillator_response_view, &Graph::set_modulation_index, value);
   }
 }
 

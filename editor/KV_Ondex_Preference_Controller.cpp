@@ -11,17 +11,17 @@ namespace {
 
 using Controller = KV_Ondex_Preference_Controller;
 
-constexpr Outlet outlets[] = {
-    {"_info_color_well", FieldOutlet<&Controller::_info_color_well>::set},
-    {"_readout_color_well", FieldOutlet<&Controller::_readout_color_well>::set},
-    {"panel_view", FieldOutlet<&Controller::panel_view>::set},
+constexpr WeakOutlet weak_outlets[] = {
+    weak_outlet<&Controller::_info_color_well>("_info_color_well"),
+    weak_outlet<&Controller::_readout_color_well>("_readout_color_well"),
+    weak_outlet<&Controller::panel_view>("panel_view"),
 };
+constexpr auto outlets = outlets_of(weak_outlets);
 
 constexpr Action actions[] = {{SEL("changeColor:"), MethodAction<&Controller::changeColor>::perform}};
 
 void show_stored_color(NSColorWell* well, const ColorPreference& preference) {
-  if (well)
-    well->setColor(preferred_color(preference).get());
+  send(well, &NSColorWell::setColor, preferred_color(preference).get());
 }
 
 }  // namespace
@@ -37,6 +37,8 @@ KV_Ondex_Preference_Controller::KV_Ondex_Preference_Controller()
     : NSWindowController("KV_Ondex_Preferences") {}
 
 void KV_Ondex_Preference_Controller::windowDidLoad() {
+  // By now a well that nobody keeps has gone, too.
+  log_missing_outlets(*this, weak_outlets);
   refresh_color_preferences();
   show_stored_color(_info_color_well, info_color_preference);
   show_stored_color(_readout_color_well, readout_color_preference);

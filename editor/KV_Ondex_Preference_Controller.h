@@ -3,6 +3,7 @@
 #include "appkit/NSColorWell.h"
 #include "appkit/NSWindowController.h"
 #include "drawing/KV_Ondex_Panel_View.h"
+#include "foundation/weak_outlets.h"
 
 namespace ondex {
 
@@ -14,15 +15,16 @@ class KV_Ondex_Preference_Controller : public cocoa::NSWindowController {
   const cocoa::Class& isa() const override { return class_; }
 
   KV_Ondex_Preference_Controller();
-  /// Shows the stored colours in the wells and lifts the window above those of the host.
+  /// Shows the stored colours in the wells and lifts the window above those of the host. An outlet that is
+  /// not connected is named in the log.
   void windowDidLoad() override;
   /// Stores the colour of the well that sends it; nothing for any other sender.
   void changeColor(cocoa::NSObject* sender);
 
   // Owned by the window.
-  cocoa::NSColorWell* _info_color_well = nullptr;
-  cocoa::NSColorWell* _readout_color_well = nullptr;
-  KV_Ondex_Panel_View* panel_view = nullptr;
+  cocoa::WeakPointer<cocoa::NSColorWell> _info_color_well;
+  cocoa::WeakPointer<cocoa::NSColorWell> _readout_color_well;
+  cocoa::WeakPointer<KV_Ondex_Panel_View> panel_view;
 };
 
 }  // namespace ondex

@@ -41,7 +41,7 @@ NSView* KVOndexViewFactory::uiViewForAudioUnit_withSize(AudioUnit unit, NSSize) 
   }
   uiFreshlyLoadedView->setAU(unit);
   // Loading has autoreleased the view already: the outlet owns nothing that would have to be handed over.
-  return std::exchange(uiFreshlyLoadedView, nullptr);
+  return std::exchange(uiFreshlyLoadedView, nullptr).get();
 }
 
 }  // namespace ondex

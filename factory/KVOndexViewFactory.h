@@ -20,7 +20,7 @@ class KVOndexViewFactory : public cocoa::NSObject, public cocoa::AUCocoaUIBase {
   cocoa::NSView* uiViewForAudioUnit_withSize(cocoa::AudioUnit unit, cocoa::NSSize preferred_size) override;
 
   /// Set by the interface file while it is loaded, cleared at once afterwards.
-  KVOndexView* uiFreshlyLoadedView = nullptr;
+  cocoa::WeakPointer<KVOndexView> uiFreshlyLoadedView;
 };
 
 }  // namespace ondex

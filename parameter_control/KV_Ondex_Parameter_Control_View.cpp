@@ -135,7 +135,7 @@ void KV_Ondex_Parameter_Control_View::set_selection_callback_onObject(SEL select
 }
 
 void KV_Ondex_Parameter_Control_View::set_pop_up_view(KV_Ondex_Pop_Up_View* pop_up_view) {
-  if (pop_up_view)
+  if (pop_up_view && !isDescendantOf(pop_up_view))
     _pop_up_view = pop_up_view;
 }
 

@@ -62,7 +62,8 @@ class KV_Ondex_Parameter_Control_View : public cocoa::NSView, public cocoa::NSWi
   void set_callback_onObject(cocoa::SEL selector, cocoa::NSObject* host);
   /// Sent when a click selects the readout.
   void set_selection_callback_onObject(cocoa::SEL selector, cocoa::NSObject* host);
-  /// The numeric-entry panel, retained; null is ignored. Without one a double click opens nothing.
+  /// The numeric-entry panel, retained; null is ignored, and so is one around the readout, as each would keep
+  /// the other. Without one a double click opens nothing.
   void set_pop_up_view(KV_Ondex_Pop_Up_View* pop_up_view);
 
   void mouseDown(cocoa::NSEvent* event) override;

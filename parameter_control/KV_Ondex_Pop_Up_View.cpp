@@ -12,7 +12,8 @@ namespace {
 constexpr float corner_oval = 20.0F;  // points: twice the radius
 constexpr CGFloat glass_alpha = CGFloat(0.66666);
 
-constexpr Outlet outlets[] = {{"_entry_field", FieldOutlet<&KV_Ondex_Pop_Up_View::_entry_field>::set}};
+constexpr WeakOutlet weak_outlets[] = {weak_outlet<&KV_Ondex_Pop_Up_View::_entry_field>("_entry_field")};
+constexpr auto outlets = outlets_of(weak_outlets);
 constexpr Action actions[] = {
     {SEL("done_editing:"), MethodAction<&KV_Ondex_Pop_Up_View::done_editing>::perform}};
 
@@ -24,6 +25,10 @@ const Class KV_Ondex_Pop_Up_View::class_ = {
     .initWithFrame = [](NSRect frame) { return Ref<NSObject>(make<KV_Ondex_Pop_Up_View>(frame)); },
     .outlets = outlets,
     .actions = actions};
+
+void KV_Ondex_Pop_Up_View::awakeFromNib() {
+  log_missing_outlets(*this, weak_outlets);
+}
 
 void KV_Ondex_Pop_Up_View::set_callback_onObject(SEL selector, NSObject* host) {
   if (!selector || !host)
@@ -56,7 +61,7 @@ void KV_Ondex_Pop_Up_View::done_editing(NSObject*) {
 }
 
 void KV_Ondex_Pop_Up_View::viewDidMoveToWindow() {
-  if (window() && _entry_field)
+  if (window() && _entry_field && _entry_field->isDescendantOf(this))
     window()->setInitialFirstResponder(_entry_field);
 }
 

@@ -2,6 +2,7 @@
 
 #include "appkit/NSTextField.h"
 #include "appkit/NSView.h"
+#include "foundation/weak_outlets.h"
 #include "quartz/CGContext.h"
 
 namespace ondex {
@@ -17,6 +18,8 @@ class KV_Ondex_Pop_Up_View : public cocoa::NSView {
   const cocoa::Class& isa() const override { return class_; }
 
   explicit KV_Ondex_Pop_Up_View(cocoa::NSRect frame) : NSView(frame) {}
+  /// Names the entry field's outlet in the log where it is not connected.
+  void awakeFromNib() override;
 
   /// Who is told, with the panel as the only object, when the user has finished an entry. Replaces both;
   /// ignored unless both are non-null.
@@ -38,7 +41,7 @@ class KV_Ondex_Pop_Up_View : public cocoa::NSView {
                                                                    cocoa::CGRect rect, float oval_width,
                                                                    float oval_height);
 
-  cocoa::NSTextField* _entry_field = nullptr;  ///< a subview
+  cocoa::WeakPointer<cocoa::NSTextField> _entry_field;  ///< a subview
 
  protected:
   cocoa::SEL _callback_selector;

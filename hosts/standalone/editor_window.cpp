@@ -55,7 +55,7 @@ NSWindow* EditorWindow::open_colors() {
   if (!preferences)
     return nullptr;
   const auto* editor = dynamic_cast<KVOndexView*>(window_->contentView());
-  editor->_preferences_controller->_info_color_well->activate();
+  send(editor->_preferences_controller->_info_color_well, &NSColorWell::activate);
   return preferences->servants().empty() ? nullptr : preferences->servants().front();
 }
 

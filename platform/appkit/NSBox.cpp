@@ -69,7 +69,7 @@ void NSBox::setBorderType(NSBorderType type) {
 }
 
 void NSBox::setContentView(NSView* view) {
-  if (!view || content_view_ == view)
+  if (!view || content_view_ == view || isDescendantOf(view))
     return;
   const Ref<NSView> old = content_view_;
   content_view_ = view;

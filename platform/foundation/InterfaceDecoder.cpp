@@ -14,6 +14,10 @@ namespace {
 /// Keeps what is laid out from such numbers within exact integers of a 32-bit CGFloat.
 constexpr double largest_coordinate = 1e6;
 
+/// In points: more than the largest screens have. What is as large as a coordinate may be would take hours to
+/// draw and more memory than there is.
+constexpr double largest_extent = 8192;
+
 template <typename T>
 std::optional<T> parse(std::string_view text) {
   T value{};
@@ -120,9 +124,9 @@ std::optional<NSRect> InterfaceDecoder::rect(const char* key) const {
     element.fail("is not a rect");
     return std::nullopt;
   }
-  const NSRect rect = NSMakeRect(
-      element.coordinate("x", largest_coordinate), element.coordinate("y", largest_coordinate),
-      element.coordinate("width", largest_coordinate), element.coordinate("height", largest_coordinate));
+  const NSRect rect =
+      NSMakeRect(element.coordinate("x", largest_coordinate), element.coordinate("y", largest_coordinate),
+                 element.coordinate("width", largest_extent), element.coordinate("height", largest_extent));
   if (rect.size.width < 0 || rect.size.height < 0)
     element.fail("has a negative extent");
   return rect;

@@ -54,7 +54,7 @@ class InterfaceDecoder {
   /// The child with that key, whose attributes can then be read: child("styleMask").boolean("titled", false).
   /// Without such a child, a decoder for which everything is absent.
   InterfaceDecoder child(const char* key) const;
-  /// A rectangle in points within ±1e6, extents not negative.
+  /// A rectangle in points: origin within ±1e6, extents from 0 to 8192.
   std::optional<NSRect> rect(const char* key) const;
   std::optional<NSPoint> point(const char* key) const;
   std::optional<NSSize> size(const char* key) const;

@@ -60,7 +60,7 @@ TEST_F(LayoutTest, CaptionsAndTitleSayWhatTheyShould) {
 }
 
 TEST_F(LayoutTest, GraphsShowTwoPeriodsWithRoomAboveAndBelow) {
-  for (const auto* graph :
+  for (const auto& graph :
        {editor->_vibrato_left_oscillator_response_view, editor->_vibrato_right_oscillator_response_view}) {
     const auto width = static_cast<float>(NSWidth(graph->bounds()));
     const auto height = static_cast<float>(NSHeight(graph->bounds()));

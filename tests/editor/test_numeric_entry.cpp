@@ -59,7 +59,7 @@ TEST_F(NumericEntry, EveryReadoutOpensTheOnePanelOverItself) {
 }
 
 TEST_F(NumericEntry, ATypedNumberReachesEffectKnobAndReadout) {
-  auto* rate = editor->_tremolo_left_rate_parameter;
+  auto* rate = editor->_tremolo_left_rate_parameter.get();
   open_entry(*rate);
   EXPECT_TRUE(rate->is_selected());
   system.newestWindow()->type("7,5");
