@@ -62,12 +62,26 @@ KV_Ondex_Menu_View::KV_Ondex_Menu_View(NSRect frame)
           centred_text_attributes(NSFont::systemFontOfSize(title_size).get(), line_color.get())) {}
 
 void KV_Ondex_Menu_View::set_menu_button(NSPopUpButton* button) {
-  if (button)
+  if (button && !isDescendantOf(button))
     menu_button = button;
 }
 
 void KV_Ondex_Menu_View::set_callback_onObject(SEL selector, NSObject* host) {
+  if (!selector || !host)
+    return;
   _callback.set(selector, host, *this);
+  target_ = WeakRef<NSObject>();
+}
+
+void KV_Ondex_Menu_View::setTarget_action(NSObject* target, SEL action) {
+  target_ = WeakRef<NSObject>(target);
+  target_action_ = action;
+}
+
+void KV_Ondex_Menu_View::send_callback() {
+  if (const Ref<NSObject> target = target_.get())
+    return target->performSelector_withObject(target_action_, this);
+  _callback.send(this);
 }
 
 void KV_Ondex_Menu_View::set_colors_for_line(NSColor* color) {
@@ -155,7 +169,7 @@ void KV_Ondex_Menu_View::finish_press() {
   // The action may let go of the view.
   const Ref<KV_Ondex_Menu_View> self(this);
   if (menu_button)
-    _callback.send(this);
+    send_callback();
   setNeedsDisplay(true);
 }
 

@@ -5,6 +5,7 @@
 #include "appkit/NSView.h"
 #include "drawing/Callback.h"
 #include "drawing/shading.h"
+#include "foundation/ActionSource.h"
 #include "foundation/NSDictionary.h"
 
 namespace ondex {
@@ -15,16 +16,19 @@ namespace ondex {
 ///
 /// It has no items of its own but works those of a pop-up button that it is given. Its rectangles are those
 /// of the frame it is made with.
-class KV_Ondex_Menu_View : public cocoa::NSView {
+class KV_Ondex_Menu_View : public cocoa::NSView, public cocoa::ActionSource {
  public:
   static const cocoa::Class class_;
   const cocoa::Class& isa() const override { return class_; }
   explicit KV_Ondex_Menu_View(cocoa::NSRect frame);
 
-  /// Retained; null is ignored. Shows at the next redisplay. Interface files connect it as "menu_button".
+  /// Retained; null is ignored, and so is a button around the view, as each would keep the other. Shows at
+  /// the next redisplay. Interface files connect it as "menu_button".
   void set_menu_button(cocoa::NSPopUpButton* button);
   /// Ignored unless both are non-null.
   void set_callback_onObject(cocoa::SEL selector, cocoa::NSObject* host);
+  /// The callback that an interface file connects, whose host is not retained. The one set last is sent.
+  void setTarget_action(cocoa::NSObject* target, cocoa::SEL action) override;
   /// The title's colour; null is ignored. Shows at the next redisplay.
   void set_colors_for_line(cocoa::NSColor* color);
 
@@ -65,11 +69,15 @@ class KV_Ondex_Menu_View : public cocoa::NSView {
   cocoa::Ref<cocoa::NSMutableDictionary> title_string_attributes;
 
  private:
+  void send_callback();
   void step_back();
   void step_forward();
   void open_list();
   void finish_press();
   void draw_separators(cocoa::CGContextRef context);
+
+  cocoa::WeakRef<cocoa::NSObject> target_;
+  cocoa::SEL target_action_;
 
   static const cocoa::Outlet outlets_[1];
 };

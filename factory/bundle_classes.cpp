@@ -1,6 +1,7 @@
 #include "factory/bundle_classes.h"
 
 #include "drawing/KV_Ondex_Box.h"
+#include "drawing/KV_Ondex_Menu_View.h"
 #include "drawing/KV_Ondex_Panel_View.h"
 #include "factory/KVOndexViewFactory.h"
 
@@ -15,6 +16,7 @@ std::span<const cocoa::Class* const> bundle_classes() {
       &KV_Ondex_Box::class_,
       &KV_Ondex_Button_View::class_,
       &KV_Ondex_Label_View::class_,
+      &KV_Ondex_Menu_View::class_,
       &KV_Ondex_Panel_View::class_,
       &KV_Ondex_Parameter_Control_View::class_,
       &KV_Ondex_Pop_Up_View::class_,
