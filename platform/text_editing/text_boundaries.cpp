@@ -1,37 +1,27 @@
 #include "text_editing/text_boundaries.h"
 
-#include <pango/pango.h>
-
 #include <algorithm>
+
+#include "unicode/character_classes.h"
+#include "unicode/text_breaks.h"
+#include "unicode/utf8.h"
 
 namespace cocoa {
 
 namespace {
-bool belongs_to_word(gunichar character) {
-  return !g_unichar_isspace(character) && !g_unichar_ispunct(character);
+bool belongs_to_word(char32_t character) {
+  return !is_space(character) && !is_punctuation(character);
 }
 }  // namespace
 
 TextBoundaries::TextBoundaries(std::string_view utf8) {
-  const auto bytes = static_cast<int>(utf8.size());
-  const auto characters = static_cast<size_t>(g_utf8_strlen(utf8.data(), bytes));
-  std::vector<PangoLogAttr> attributes(characters + 1);
-  // A fixed language: the boundaries must not change with the host's locale.
-  pango_get_log_attrs(utf8.data(), bytes, -1, pango_language_from_string("en"), attributes.data(),
-                      static_cast<int>(attributes.size()));
-  const char* character = utf8.data();
+  const std::vector<size_t> words = word_breaks(utf8);
   bool after_word = false;
-  for (size_t i = 0; i <= characters; ++i) {
-    const bool is_end = i == 0 || i == characters;
-    const bool divides = is_end || attributes[i].is_word_boundary != 0;
-    const bool before_word = i < characters && belongs_to_word(g_utf8_get_char(character));
-    if (is_end || attributes[i].is_cursor_position) {
-      places_.push_back({static_cast<size_t>(character - utf8.data()), divides && before_word,
-                         divides && after_word, divides});
-    }
+  for (const size_t offset : character_breaks(utf8)) {
+    const bool divides = offset == 0 || std::binary_search(words.begin(), words.end(), offset);
+    const bool before_word = offset < utf8.size() && belongs_to_word(code_point_at(utf8, offset).value);
+    places_.push_back({offset, divides && before_word, divides && after_word, divides});
     after_word = before_word;
-    if (i < characters)
-      character = g_utf8_next_char(character);
   }
 }
 

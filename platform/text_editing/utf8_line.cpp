@@ -1,20 +1,17 @@
 #include "text_editing/utf8_line.h"
 
-#include <glib.h>
-
-#include <memory>
+#include "unicode/character_classes.h"
+#include "unicode/utf8.h"
 
 namespace cocoa {
 
 std::string utf8_line(std::string_view text, size_t longest) {
-  const std::unique_ptr<char, decltype(&g_free)> valid(
-      g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), &g_free);
+  const std::string valid = valid_utf8(text);
   std::string line;
-  for (const char* at = valid.get(); *at != '\0';) {
-    const char* next = g_utf8_next_char(at);
-    const gunichar character = g_utf8_get_char(at);
-    constexpr gunichar line_separator = 0x2028;
-    constexpr gunichar paragraph_separator = 0x2029;
+  for (size_t at = 0; at < valid.size();) {
+    const auto [character, length] = code_point_at(valid, at);
+    constexpr char32_t line_separator = 0x2028;
+    constexpr char32_t paragraph_separator = 0x2029;
     const bool breaks = character == '\n' || character == '\r' || character == line_separator ||
                         character == paragraph_separator;
     // Blank lines before the text are no text yet.
@@ -22,12 +19,12 @@ std::string utf8_line(std::string_view text, size_t longest) {
       break;
     if (character == '\t') {
       line += ' ';
-    } else if (!g_unichar_iscntrl(character) && !breaks) {
-      if (line.size() + static_cast<size_t>(next - at) > longest)
+    } else if (!is_control(character) && !breaks) {
+      if (line.size() + length > longest)
         break;
-      line.append(at, next);
+      line.append(valid, at, length);
     }
-    at = next;
+    at += length;
   }
   return line;
 }
