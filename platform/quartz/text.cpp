@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
-#include <span>
+#include <iterator>
 
 #include "quartz/context.h"
 #include "quartz/text_layout.h"
@@ -20,6 +19,27 @@ cairo_matrix_t text_matrix(const GraphicsState& state, CGRect rect) {
   return m;
 }
 
+/// Blends a colour through coverage in memory, whose row 0 and column 0 are those device pixels.
+void paint_coverage(CGContext& context, const TextMask& mask, int x, int y, const Rgba& color) {
+  const double alpha = context.state().alpha;
+  const PixelBounds& bounds = mask.bounds;
+  // Cairo only reads it.
+  const Surface surface(cairo_image_surface_create_for_data(const_cast<uint8_t*>(mask.coverage.data()),
+                                                            CAIRO_FORMAT_A8, bounds.width(), bounds.height(),
+                                                            mask.stride));
+  paint_object(context, moved(bounds, x, y), [&](cairo_t* cr) {
+    set_source(cr, color, alpha);
+    cairo_mask_surface(cr, surface.get(), x + bounds.x0, y + bounds.y0);
+  });
+}
+
+/// Masks beyond this scale are not worth their memory.
+constexpr double max_mask_scale = 16;
+
+bool stands_upright(const cairo_matrix_t& m) {
+  return m.xy == 0 && m.yx == 0 && m.xx > 0 && m.yy > 0 && m.xx <= max_mask_scale && m.yy <= max_mask_scale;
+}
+
 /// The usual case: text that stands upright, drawn from its mask. False when it is too large for one.
 bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const cairo_matrix_t& m,
                 const Rgba& color) {
@@ -27,39 +47,27 @@ bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const cair
   const int x = static_cast<int>(std::floor(quarters / 4));
   const int quarter = static_cast<int>(quarters - 4.0 * x);
   const int y = static_cast<int>(std::lround(m.y0 + layout.lines().front().baseline * m.yy));
-  const TextMask& mask = layout.mask(m.xx, m.yy, quarter, lines);
-  if (cairo_surface_status(mask.surface.get()) != CAIRO_STATUS_SUCCESS)
+  const TextMask* mask = stands_upright(m) ? layout.mask(m.xx, m.yy, quarter, lines) : nullptr;
+  if (!mask)
     return false;
-  const double alpha = context.state().alpha;
-  paint_object(context, moved(mask.bounds, x, y), [&](cairo_t* cr) {
-    set_source(cr, color, alpha);
-    cairo_mask_surface(cr, mask.surface.get(), x + mask.bounds.x0, y + mask.bounds.y0);
-  });
+  if (!mask->bounds.empty())
+    paint_coverage(context, *mask, x, y, color);
   return true;
 }
 
-/// Text that is turned, mirrored or slanted, drawn from its outlines.
+/// Text that is turned, mirrored, slanted or very large, drawn from its outlines.
 void paint_outlines(CGContext& context, const TextLayout& layout, size_t lines, const cairo_matrix_t& m,
                     const Rgba& color) {
   const double alpha = context.state().alpha;
+  PathData path;
+  layout.add_outlines(path, m, lines);
   paint_object(context, everywhere, [&](cairo_t* cr) {
-    cairo_matrix_t before;
-    cairo_get_matrix(cr, &before);
     cairo_new_path(cr);
-    cairo_transform(cr, &m);
-    layout.add_outlines(cr, lines);
-    cairo_set_matrix(cr, &before);
+    path.append_to(cr);
     cairo_set_fill_rule(cr, CAIRO_FILL_RULE_WINDING);
     set_source(cr, color, alpha);
     cairo_fill(cr);
   });
-}
-
-/// Masks beyond this size are not worth their memory, and a matrix beyond it has no text that can be read.
-constexpr double max_mask_scale = 16;
-
-bool suits_mask(const cairo_matrix_t& m) {
-  return m.xy == 0 && m.yx == 0 && m.xx > 0 && m.yy > 0 && m.xx <= max_mask_scale && m.yy <= max_mask_scale;
 }
 
 void draw_text(CGContext& context, CGRect rect, std::string_view utf8, const TextStyle& style) {
@@ -70,7 +78,7 @@ void draw_text(CGContext& context, CGRect rect, std::string_view utf8, const Tex
   const size_t lines = layout.lines_within(static_cast<double>(NSHeight(rect)));
   const Rgba color{unit_value(style.red), unit_value(style.green), unit_value(style.blue),
                    unit_value(style.alpha)};
-  if (!suits_mask(m) || !paint_mask(context, layout, lines, m, color))
+  if (!paint_mask(context, layout, lines, m, color))
     paint_outlines(context, layout, lines, m, color);
 }
 
@@ -105,48 +113,42 @@ CGSize text_size(std::string_view utf8, const TextStyle& style) {
 
 namespace {
 
-PangoLayoutLine* unwrapped_line(std::string_view utf8, TextStyle style) {
+std::vector<CaretPlace> caret_places(std::string_view utf8, TextStyle style) {
   style.alignment = TextAlignment::left;
-  return text_layout(utf8, style, -1).lines().front().line;
+  if (!(style.size > 0))
+    return {{0, 0}};
+  return text_layout(utf8, style, -1).lines().front().shaped.caret_places();
 }
 
-CGFloat points(int pango_units) {
-  return static_cast<CGFloat>(pango_units) / PANGO_SCALE;
+/// Where the caret of an offset stands: within a character, before it.
+double caret_position(const std::vector<CaretPlace>& places, size_t offset) {
+  const auto after =
+      std::upper_bound(places.begin(), places.end(), offset,
+                       [](size_t wanted, const CaretPlace& place) { return wanted < place.offset; });
+  return std::prev(after)->x;
 }
 
 }  // namespace
 
 CGFloat text_caret_position(std::string_view utf8, const TextStyle& style, size_t offset) {
-  int x = 0;
-  pango_layout_line_index_to_x(unwrapped_line(utf8, style), static_cast<int>(offset), FALSE, &x);
-  return points(x);
+  return static_cast<CGFloat>(caret_position(caret_places(utf8, style), offset));
 }
 
 size_t text_offset_at(std::string_view utf8, const TextStyle& style, CGFloat position) {
-  constexpr CGFloat farthest = 1e6;
-  int index = 0;
-  int trailing = 0;
-  const CGFloat x = std::clamp<CGFloat>(position, -farthest, farthest) * PANGO_SCALE;
-  pango_layout_line_x_to_index(unwrapped_line(utf8, style), static_cast<int>(x), &index, &trailing);
-  // `trailing` counts characters: the caret goes behind all that the reader sees as one.
-  const char* place = utf8.data() + index;
-  while (trailing-- > 0)
-    place = g_utf8_next_char(place);
-  return static_cast<size_t>(place - utf8.data());
+  const std::vector<CaretPlace> places = caret_places(utf8, style);
+  const auto x = static_cast<double>(position);
+  const auto distance = [x](const CaretPlace& place) { return std::abs(place.x - x); };
+  return std::min_element(places.begin(), places.end(),
+                          [&](const CaretPlace& a, const CaretPlace& b) { return distance(a) < distance(b); })
+      ->offset;
 }
 
 std::vector<TextSpan> text_spans(std::string_view utf8, const TextStyle& style, size_t start, size_t end) {
-  int* ranges = nullptr;
-  int count = 0;
-  pango_layout_line_get_x_ranges(unwrapped_line(utf8, style), static_cast<int>(start), static_cast<int>(end),
-                                 &ranges, &count);
-  const std::unique_ptr<int, decltype(&g_free)> owned(ranges, &g_free);
-  const std::span<const int> edges(ranges, 2 * static_cast<size_t>(count));
-  std::vector<TextSpan> spans;
-  spans.reserve(edges.size() / 2);
-  for (size_t i = 0; i < edges.size(); i += 2)
-    spans.push_back({points(edges[i]), points(edges[i + 1])});
-  return spans;
+  if (start >= end)
+    return {};
+  const std::vector<CaretPlace> places = caret_places(utf8, style);
+  return {{static_cast<CGFloat>(caret_position(places, start)),
+           static_cast<CGFloat>(caret_position(places, end))}};
 }
 
 }  // namespace cocoa

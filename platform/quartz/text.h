@@ -7,11 +7,16 @@
 #include "quartz/CGContext.h"
 #include "quartz/CGGeometry.h"
 
-/// Text in a rectangle, as the platform's string drawing sets it.
+/// Text in a rectangle, as the platform's string drawing sets it. Letters stand from left to right in the
+/// order of the text, those of scripts that are written from right to left too.
+///
+/// Fonts are those of the user's configuration (fontconfig), whose hinting and smoothing they are drawn with;
+/// colours of sub-pixels are not. Another font stands in for one that lacks a character; what none has shows
+/// as the font's box for that.
 
 namespace cocoa {
 
-/// Natural is left, or right where the text runs from right to left.
+/// Natural is left, or right where the text's first letter is of a script from right to left.
 enum class TextAlignment { left = 0, right = 1, center = 2, justified = 3, natural = 4 };
 
 /// What happens to a line that is wider than the rectangle: it is wrapped between words (within a word that
@@ -40,9 +45,10 @@ struct TextStyle {
 
 /// Draws UTF-8 text into `rect`, in user space with y upwards: from the rectangle's top edge down, line by
 /// line, as many lines as fit wholly but always the first. Newlines break lines. Ink may reach beyond the
-/// rectangle. Letters keep their shapes and distances at every scale; whole lines move by less than a device
-/// pixel so that baselines lie on pixel rows. Bytes that are not UTF-8 show as replacement characters.
-/// The layouts of the last few texts are kept, for each thread.
+/// rectangle. Letters keep their distances at every scale, and unless they are hinted their shapes; whole
+/// lines move by less than a device pixel so that baselines lie on pixel rows, letters to the nearest quarter
+/// of a pixel. Bytes that are not UTF-8 show as replacement characters.
+/// Fonts and the layouts of the last few texts are kept, for each thread.
 void CGContextDrawText(CGContextRef context, CGRect rect, std::string_view utf8, const TextStyle& style);
 
 /// What the text needs without wrapping, in points: the width of its widest line, the height of all lines.
@@ -58,7 +64,7 @@ struct TextSpan {
   CGFloat left = 0;
   CGFloat right = 0;
 };
-/// What lies between two offsets; several pieces where the direction of writing changes.
+/// What lies between two offsets: one piece, or none when nothing does.
 std::vector<TextSpan> text_spans(std::string_view utf8, const TextStyle& style, size_t start, size_t end);
 
 }  // namespace cocoa
