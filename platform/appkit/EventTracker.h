@@ -11,7 +11,7 @@ class EventTracker {
  public:
   /// Whether the event is used up; if not, it goes its usual way as well.
   virtual bool trackEvent(NSEvent* event) = 0;
-  /// The window moves or goes off the screen.
+  /// The window moves, goes off the screen or loses the keys.
   virtual void trackingMustEnd() = 0;
   /// The window is in its destructor: nobody else must be called now.
   virtual void windowIsGoing() = 0;

@@ -32,6 +32,7 @@ void NSWindow::resignKeyWindow() {
   key_ = false;
   // The delegate may let go of the window when it loses the keys.
   const Ref<NSWindow> self(this);
+  endTracking();
   if (const Ref<NSResponder> responder = first_responder_.get())
     responder->resignKeyWindow();
   if (delegate_)

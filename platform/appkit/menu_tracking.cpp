@@ -37,12 +37,6 @@ enum Keysym : uint32_t {
   keypad_end = 0xff9c,
 };
 
-class MenuWindow : public NSWindow {
- public:
-  using NSWindow::NSWindow;
-  bool canBecomeKeyWindow() const override { return true; }
-};
-
 std::string in_lower_case(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) {
@@ -87,7 +81,7 @@ bool MenuTracking::open(NSRect frame, NSView& view) {
   const NSRect control = {parent->convertBaseToScreen(in_window.origin), in_window.size};
   const MenuPlace place = place_menu(control, list_->naturalSize(), list_->middleOf(std::max(0, selected)),
                                      parent->screenBounds());
-  window_ = make<MenuWindow>(place.frame, NSBorderlessWindowMask);
+  window_ = make<NSWindow>(place.frame, NSBorderlessWindowMask);
   window_->setContentView(list_.get());
   window_->setLevel(CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey));
   list_->scrollTo(place.scrolled);
@@ -119,7 +113,15 @@ void MenuTracking::stayOpen() {
   holds_press_ = false;
   if (PlatformWindow* platform = window_->platformWindow())
     platform->grabPointer();
-  window_->makeKeyAndOrderFront(nullptr);
+  // Keys come by way of the control's window: the title bar of one without the focus would go grey, and its
+  // manager's keys for it would be dead.
+  NSWindow* const parent = control_window_.get();
+  if (!parent || parent->isKeyWindow() || !parent->canBecomeKeyWindow())
+    return;
+  if (PlatformWindow* platform = parent->platformWindow()) {
+    took_keys_ = true;
+    platform->makeKey();
+  }
 }
 
 void MenuTracking::cancel() {
@@ -137,6 +139,8 @@ void MenuTracking::cancel() {
     parent->removeChildWindow(window.get());
   }
   window->orderOut(nullptr);
+  if (NSWindow* parent = control_window_.get(); parent && std::exchange(took_keys_, false))
+    parent->giveUpKey();
 }
 
 void MenuTracking::finish(NSMenuItem* chosen) {
@@ -177,7 +181,7 @@ void MenuTracking::windowIsGoing() {
     cell->trackingEnded();
 }
 
-void MenuTracking::windowDidResignKey(NSWindow*) {
+void MenuTracking::windowWillClose(NSWindow*) {
   close();
 }
 

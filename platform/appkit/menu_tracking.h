@@ -26,9 +26,10 @@ MenuPlace place_menu(NSRect control, NSSize list, CGFloat middle, NSRect screen)
 ///
 /// Opened by a press, it lives on that press alone: dragging lights what is under the pointer, and the
 /// release chooses it or, beside the list, closes. A press that is released at once and on the spot leaves
-/// the list open; then, as when it was opened without a press, it takes the keys and the pointer until a
-/// click or a key chooses or closes it. It also closes when it loses the keys to another program, and when
-/// the control's window moves or goes.
+/// the list open; then, as when it was opened without a press, it takes the pointer, and the keys of the
+/// control's window, until a click or a key chooses or closes it. The window has the keys meanwhile, if need
+/// be for that time only; the list never has. It also closes when the window loses them to another program,
+/// moves or goes off the screen.
 class MenuTracking : public NSObject, private NSWindowDelegate, private EventTracker {
  public:
   MenuTracking(NSPopUpButtonCell& cell, std::function<void()> closed);
@@ -46,7 +47,8 @@ class MenuTracking : public NSObject, private NSWindowDelegate, private EventTra
   void trackingMustEnd() override { close(); }
   void windowIsGoing() override;
   void viewLeftWindow(NSView* view) override;
-  void windowDidResignKey(NSWindow*) override;
+  /// The list's own, destroyed by others.
+  void windowWillClose(NSWindow*) override;
 
   void stayOpen();
   void pointerMoved(NSPoint where);
@@ -78,6 +80,7 @@ class MenuTracking : public NSObject, private NSWindowDelegate, private EventTra
   double pressed_time_ = 0;
   bool pressed_in_list_ = false;
   bool lit_by_key_ = false;
+  bool took_keys_ = false;  ///< for the control's window
   std::string typed_;
   double typed_time_ = 0;
   int scroll_direction_ = 0;

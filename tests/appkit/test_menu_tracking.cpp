@@ -52,13 +52,13 @@ TEST_F(MenuTracking, AClickLeavesTheListOpenForAnotherOne) {
   button->selectItemAtIndex(1);
   click_button();
   ASSERT_TRUE(open());
-  EXPECT_EQ(system.keyWindow(), &list());
+  EXPECT_EQ(system.keyWindow(), &main_window()) << "the list never has the keys";
   EXPECT_EQ(system.pointerOwner(), &list());
   click_in_list(line_in_list(0));
   EXPECT_FALSE(open());
   EXPECT_EQ(button->indexOfSelectedItem(), 0);
   EXPECT_EQ(host->edited.size(), 1U);
-  EXPECT_EQ(system.keyWindow(), &main_window()) << "the keys go back";
+  EXPECT_EQ(system.keyWindow(), &main_window());
   EXPECT_EQ(system.pointerOwner(), nullptr);
 }
 
@@ -120,6 +120,22 @@ TEST_F(MenuTracking, AnyButtonClosesTheListFromOutside) {
   list().press({-200, 400}, 1);
   turn();
   EXPECT_FALSE(open());
+}
+
+TEST_F(MenuTracking, AWindowWithoutTheKeysHasThemWhileTheListIsOpen) {
+  const auto other = make<NSWindow>(NSMakeRect(0, 0, 50, 50), NSTitledWindowMask);
+  other->setWindowSystem(&system);
+  other->makeKeyAndOrderFront(nullptr);
+  turn();
+  HeadlessWindow* const before = system.keyWindow();
+  ASSERT_NE(before, &main_window());
+  button->cell()->performClickWithFrame_inView(button->frame(), window->contentView(), {});
+  turn();
+  EXPECT_EQ(system.keyWindow(), &main_window());
+  key(key_end);
+  key(key_return);
+  EXPECT_EQ(button->indexOfSelectedItem(), 2);
+  EXPECT_EQ(system.keyWindow(), before) << "the keys go back";
 }
 
 TEST_F(MenuTracking, LosingTheKeysClosesTheList) {

@@ -80,12 +80,11 @@ class GalleryTest : public testing::TestWithParam<bool> {
   bool wait_for_no_list() {
     return test_support::wait_until([this] { return list() == XCB_WINDOW_NONE; });
   }
-  /// Until the list has all that makes it stay: it takes the keys last.
+  /// Until the list has all that makes it stay. The window has the keys, so that its title bar stays as it
+  /// is.
   bool wait_for_list_with_keys() {
-    return test_support::wait_until([this] {
-      const xcb_window_t open = list();
-      return open != XCB_WINDOW_NONE && user.focused() == open;
-    });
+    return wait_for_list() && user.wait_for_owner(window) &&
+           test_support::wait_until([this] { return user.focused() == window; });
   }
 
   void point_at(cocoa::NSPoint in_gallery) {
