@@ -65,6 +65,7 @@ class Ground : public NSView {
  public:
   using NSView::NSView;
   bool isOpaque() const override { return true; }
+  bool mouseDownCanMoveWindow() const override { return true; }
   void drawRect(NSRect) override {
     CGContextRef context = NSGraphicsContext::currentContext()->graphicsPort();
     constexpr auto grey = CGFloat(0.22);
@@ -99,6 +100,7 @@ Ref<NSColorPanel> NSColorPanel::panelOf(NSWindow& window) {
 
 NSColorPanel::NSColorPanel() : NSWindow(content, NSTitledWindowMask | NSClosableWindowMask) {
   setTitle("Colour");
+  setMovableByWindowBackground(true);
   setDelegate(this);
   addViews();
   showColor();

@@ -158,6 +158,7 @@ void NSWindow::orderOut(NSObject*) {
   if (!visible_)
     return;
   endTracking();
+  moving_.reset();
   visible_ = false;
   if (platform_)
     platform_->hide();
@@ -326,17 +327,23 @@ void NSWindow::mouseEvent(NSEvent* event) {
       if (!left)
         return view->rightMouseDown(event);
       pressed_view_ = WeakRef<NSView>(view.get());
+      if (isMovedBy(*view))
+        beginMoving();
       if (view->acceptsFirstResponder())
         makeFirstResponder(view.get());
       return view->mouseDown(event);
     case WindowEventType::mouse_dragged:
-      if (left)
+      if (left && moving_) {
+        moveAlong(*event);
+      } else if (left) {
         view->mouseDragged(event);
+      }
       return;
     case WindowEventType::mouse_up:
       if (!left)
         return view->rightMouseUp(event);
       pressed_view_ = WeakRef<NSView>();
+      moving_.reset();
       return view->mouseUp(event);
     case WindowEventType::scroll_wheel:
       return view->scrollWheel(event);

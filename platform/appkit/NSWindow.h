@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,8 +44,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   /// initWithContentRect:styleMask:. The rectangle is the content's, in the screen.
   NSWindow(NSRect content_rect, unsigned style_mask);
-  /// Of an interface file: contentRect, titled and closable of styleMask, title, releasedWhenClosed and
-  /// visibleAtLaunch, which are YES when absent. A window that is visible at launch shows when it awakes.
+  /// Of an interface file: contentRect, titled and closable of styleMask, title, movableByWindowBackground,
+  /// releasedWhenClosed and visibleAtLaunch, of which the last two are YES when absent. A window that is
+  /// visible at launch shows when it awakes.
   explicit NSWindow(InterfaceDecoder& decoder);
   ~NSWindow() override;
   /// Takes the content view.
@@ -66,6 +68,11 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void setContentScalesToFit();
   void setTitle(std::string_view title);
   const std::string& title() const { return title_; }
+
+  /// Whether dragging a view that answers yes to mouseDownCanMoveWindow moves the window, unless that lies in
+  /// a host's. Off at first. A drag that moves the window is not told to the view.
+  void setMovableByWindowBackground(bool movable) { movable_by_background_ = movable; }
+  bool isMovableByWindowBackground() const { return movable_by_background_; }
 
   void setOpaque(bool opaque) { opaque_ = opaque; }
   bool isOpaque() const { return opaque_; }
@@ -177,6 +184,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void windowGone() override;
 
   void mouseEvent(NSEvent* event);
+  bool isMovedBy(const NSView& view) const;
+  void beginMoving();
+  void moveAlong(const NSEvent& event);
   void endTracking();
   bool followsParent() const;
   bool castsShadow() const { return has_shadow_ && !opaque_ && style_mask_ == NSBorderlessWindowMask; }
@@ -218,6 +228,15 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   WeakRef<NSView> pressed_view_;
   WeakRef<NSResponder> first_responder_;
   WeakRef<NSView> initial_first_responder_;
+  /// The window by a drag, in the window system's points.
+  struct Moving {
+    NSPoint from;
+    double right = 0;
+    double up = 0;
+    bool begun = false;
+    bool by_manager = false;
+  };
+  std::optional<Moving> moving_;
   NSEvent* current_event_ = nullptr;
   EventTracker* event_tracker_ = nullptr;
   bool opaque_ = true;
@@ -228,6 +247,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   bool gone_ = false;  ///< the window system's window was destroyed by others
   int level_ = 0;
   bool key_ = false;
+  bool movable_by_background_ = false;
   bool scales_to_fit_ = false;
   double fit_ = 1;      ///< how much larger than the window system's points those of the content are
   NSPoint fit_origin_;  ///< of the content in the window, in points of the content

@@ -34,6 +34,7 @@ unsigned style_mask(const InterfaceDecoder& decoder) {
 
 NSWindow::NSWindow(InterfaceDecoder& decoder) : NSWindow(content_rect(decoder), style_mask(decoder)) {
   title_ = decoder.attribute("title").value_or("");
+  movable_by_background_ = decoder.boolean("movableByWindowBackground", false);
   released_when_closed_ = decoder.boolean("releasedWhenClosed", true);
   visible_at_launch_ = decoder.boolean("visibleAtLaunch", true);
 }

@@ -131,6 +131,10 @@ class PlatformWindow {
   virtual bool isKey() const = 0;
   virtual void setTitle(std::string_view title) = 0;
   virtual void setFrame(NSRect frame) = 0;
+  /// Has the window manager move the window along with the pointer while the button that is pressed is held.
+  /// What the pointer does meanwhile is told late or never, the release too. False when there is none that
+  /// can.
+  virtual bool letManagerMove() { return false; }
   /// Where it was asked to be or was last seen, in the coordinates of WindowOptions::frame.
   virtual NSRect frame() const = 0;
   /// Where it is in the screen at this moment: a host moves its window without telling the one embedded in

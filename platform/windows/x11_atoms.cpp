@@ -26,6 +26,8 @@ constexpr std::array named_atoms{
     NamedAtom{&X11Atoms::wm_delete_window, "WM_DELETE_WINDOW"},
     NamedAtom{&X11Atoms::wm_state, "WM_STATE"},
     NamedAtom{&X11Atoms::net_active_window, "_NET_ACTIVE_WINDOW"},
+    NamedAtom{&X11Atoms::net_supported, "_NET_SUPPORTED"},
+    NamedAtom{&X11Atoms::net_wm_moveresize, "_NET_WM_MOVERESIZE"},
     NamedAtom{&X11Atoms::net_supporting_wm_check, "_NET_SUPPORTING_WM_CHECK"},
     NamedAtom{&X11Atoms::net_wm_name, "_NET_WM_NAME"},
     NamedAtom{&X11Atoms::net_wm_pid, "_NET_WM_PID"},

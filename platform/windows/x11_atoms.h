@@ -15,7 +15,9 @@ struct X11Atoms {
   xcb_atom_t wm_delete_window = 0;
   xcb_atom_t wm_state = 0;
   xcb_atom_t net_active_window = 0;
+  xcb_atom_t net_supported = 0;
   xcb_atom_t net_supporting_wm_check = 0;
+  xcb_atom_t net_wm_moveresize = 0;
   xcb_atom_t net_wm_name = 0;
   xcb_atom_t net_wm_pid = 0;
   xcb_atom_t net_wm_ping = 0;

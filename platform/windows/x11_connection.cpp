@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <xcb/xcbext.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <utility>
@@ -167,6 +168,18 @@ bool X11Connection::hasWindowManager() {
   const bool has = hasProperty(root(), atoms_.net_supporting_wm_check);
   noticeWhatWasTakenIn();
   return has;
+}
+
+bool X11Connection::managerUnderstands(xcb_atom_t message) {
+  constexpr uint32_t most = 4096;  // words
+  const auto cookie = xcb_get_property(connection_, 0, root(), atoms_.net_supported, XCB_ATOM_ATOM, 0, most);
+  const XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+  noticeWhatWasTakenIn();
+  if (!reply || reply->format != 32)
+    return false;
+  const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+  const xcb_atom_t* last = first + xcb_get_property_value_length(reply.get()) / 4;
+  return std::find(first, last, message) != last;
 }
 
 xcb_window_t X11Connection::topLevelOf(xcb_window_t window) {

@@ -63,6 +63,8 @@ class X11Connection {
   /// Whether somebody blends the windows of our screen, so that translucent ones may be used.
   bool hasCompositor();
   bool hasWindowManager();
+  /// Whether the window manager says that it understands messages of that type.
+  bool managerUnderstands(xcb_atom_t message);
   /// The window that a window manager knows as its own among `window` and those that it lies in: the one to
   /// be transient for. A host hands out a window deep inside its own.
   xcb_window_t topLevelOf(xcb_window_t window);

@@ -153,6 +153,34 @@ void announce_withdrawal(X11Connection& connection, xcb_window_t window) {
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT, bytes.data());
 }
 
+namespace {
+void send_move(X11Connection& connection, xcb_window_t window, int x, int y, uint32_t direction) {
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = connection.atoms().net_wm_moveresize;
+  constexpr uint32_t left_button = 1;
+  constexpr uint32_t from_an_application = 1;
+  message.data.data32[0] = static_cast<uint32_t>(x);
+  message.data.data32[1] = static_cast<uint32_t>(y);
+  message.data.data32[2] = direction;
+  message.data.data32[3] = left_button;
+  message.data.data32[4] = from_an_application;
+  send_to_root(connection, message);
+}
+}  // namespace
+
+void ask_to_move(X11Connection& connection, xcb_window_t window, int x, int y) {
+  constexpr uint32_t move = 8;
+  send_move(connection, window, x, y, move);
+}
+
+void ask_to_stop_moving(X11Connection& connection, xcb_window_t window) {
+  constexpr uint32_t cancel = 11;
+  send_move(connection, window, 0, 0, cancel);
+}
+
 void ask_to_activate(X11Connection& connection, xcb_window_t window) {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;

@@ -29,6 +29,11 @@ void set_above(X11Connection& connection, xcb_window_t window);
 void answer_ping(X11Connection& connection, const xcb_client_message_event_t& ping);
 /// Tells the manager that a window that it may have reparented is hidden by its owner.
 void announce_withdrawal(X11Connection& connection, xcb_window_t window);
+/// Asks the manager to move the window along with the pointer, which was pressed at (x, y) on the screen, in
+/// device pixels. The pointer must not be grabbed.
+void ask_to_move(X11Connection& connection, xcb_window_t window, int x, int y);
+/// The button has come up before the manager took the pointer.
+void ask_to_stop_moving(X11Connection& connection, xcb_window_t window);
 /// Asks the manager to give the window the keyboard.
 void ask_to_activate(X11Connection& connection, xcb_window_t window);
 

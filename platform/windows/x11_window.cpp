@@ -102,6 +102,7 @@ bool X11Window::create() {
 void X11Window::describe(const std::string& title) {
   const xcb_window_t leader = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
   managed_ = isManageable() && connection_.hasWindowManager();
+  manager_moves_ = managed_ && connection_.managerUnderstands(connection_.atoms().net_wm_moveresize);
   set_identity(connection_, id_, kind_, leader);
   if (resizable_) {
     set_natural_size(connection_, id_, width_, height_, kind_);
@@ -352,6 +353,17 @@ void X11Window::giveKeyBack(xcb_timestamp_t time) {
     parent_or_host = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
   const xcb_window_t next = key_before_ == XCB_WINDOW_NONE ? parent_or_host : key_before_;
   system_.giveKeyTo(next, parent_or_host, time);
+}
+
+bool X11Window::letManagerMove() {
+  if (gone_ || !manager_moves_)
+    return false;
+  // The press is ours as long as the button is held.
+  system_.pointingDevices().ungrab();
+  ask_to_move(connection_, id_, pressed_x_, pressed_y_);
+  moved_by_manager_ = true;
+  connection_.flush();
+  return true;
 }
 
 void X11Window::grabPointer() {

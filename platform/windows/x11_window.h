@@ -39,6 +39,7 @@ class X11Window : public PlatformWindow {
   NSRect screenFrame() const override;
   NSRect screenBounds() const override;
   double scale() const override { return scale_; }
+  bool letManagerMove() override;
   void grabPointer() override;
   void releasePointer() override;
   Pixels pixels() override { return surface_->pixels(); }
@@ -155,7 +156,11 @@ class X11Window : public PlatformWindow {
   bool asked_for_key_ = false;
   bool has_pointer_ = false;  ///< grabbed
   bool selects_keys_ = true;
-  bool managed_ = false;  ///< a window manager runs, who is to be asked for the keyboard
+  bool managed_ = false;        ///< a window manager runs, who is to be asked for the keyboard
+  bool manager_moves_ = false;  ///< knows how to
+  bool moved_by_manager_ = false;
+  int pressed_x_ = 0;  ///< on the screen, device pixels
+  int pressed_y_ = 0;
   bool must_redraw_ = false;
   xcb_window_t key_before_ = XCB_WINDOW_NONE;  ///< whom we took the keyboard from
 };

@@ -78,6 +78,12 @@ PointerSample X11Window::sampleOf(const X11Pointer& pointer) const {
 void X11Window::handleButton(const X11Pointer& pointer, bool down) {
   const PointerSample sample = sampleOf(pointer);
   const int button = button_of(pointer.button);
+  if (std::exchange(moved_by_manager_, false) && !down)
+    ask_to_stop_moving(connection_, id_);
+  if (down && button == 0) {
+    pressed_x_ = static_cast<int>(std::floor(pointer.root_x));
+    pressed_y_ = static_cast<int>(std::floor(pointer.root_y));
+  }
   if (down) {
     tell({pointer_.press(sample, button)});
   } else if (const auto event = pointer_.release(sample, button)) {

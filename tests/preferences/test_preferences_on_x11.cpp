@@ -127,6 +127,89 @@ TEST_P(PreferencesOnX11, AClickOnTheTitleOpensThemAboveTheEditorsWindow) {
   EXPECT_NEAR(inner.y + inner.height / 2.0, outer.y + outer.height / 2.0, 1);
 }
 
+TEST_P(PreferencesOnX11, AreMovedByTheirBackgroundAndTheColourPanelByItsOwn) {
+  open_preferences();
+  open_panel(*controller()._info_color_well);
+  // The panel's rim, and the margin around the parts of the colour panel.
+  for (const auto& [which, x, y] : {std::tuple(&preferences_window(), 8, 12), std::tuple(&panel(), 3, 3)}) {
+    const xcb_window_t moved = id(*which);
+    const XClient::Geometry before = user.geometry(moved);
+    point(*which, x, y);
+    user.press(1);
+    const int right = before.x + x;
+    const int down = before.y + before.height - 1 - y;
+    // The manager needs motion, after it has taken the pointer, to see where it goes.
+    int tremble = 0;
+    ASSERT_TRUE(until([&] {
+      user.point(right - 60, down + 50 + (tremble ^= 1));
+      const XClient::Geometry now = user.geometry(moved);
+      return now.x == before.x - 60 && now.y >= before.y + 50;
+    }));
+    user.point(right - 60, down + 50);
+    user.release(1);
+    const XClient::Geometry after = {before.x - 60, before.y + 50, before.width, before.height};
+    EXPECT_TRUE(until([&] { return user.geometry(moved) == after; }));
+    // It has been let go of, and knows where it is.
+    user.point(right + 90, down - 90);
+    if (manager) {
+      ASSERT_TRUE(user.wait_for_manager());
+    }
+    EXPECT_TRUE(until([&] {
+      return which->frame() == NSMakeRect(after.x, 800 - after.y - after.height, after.width, after.height);
+    }));
+    EXPECT_EQ(user.geometry(moved), after);
+  }
+  // What is on them works where they are now.
+  click(panel(), 230, 207);
+  click(panel(), 207, 207);
+  EXPECT_TRUE(until([] { return stores(info_color_preference, 1, 0, 0); }));
+}
+
+TEST_P(PreferencesOnX11, AreNotMovedByALabelOrAColourWell) {
+  open_preferences();
+  const xcb_window_t opened = id(preferences_window());
+  const XClient::Geometry before = user.geometry(opened);
+  ASSERT_GT(controller().panel_view->subviews().size(), 2U);
+  for (const Ref<NSView>& control : controller().panel_view->subviews()) {
+    const NSRect place = control->convertRect_toView(control->bounds(), nullptr);
+    const int x = before.x + static_cast<int>(NSMinX(place) + NSWidth(place) / 2);
+    const int y = before.y + before.height - 1 - static_cast<int>(NSMinY(place) + NSHeight(place) / 2);
+    user.point(x, y);
+    user.press(1);
+    for (int step = 1; step <= 4; ++step) {
+      user.point(x + 20 * step, y + 15 * step);
+      user.sync();
+      until([] { return true; });
+    }
+    user.release(1);
+    if (manager) {
+      ASSERT_TRUE(user.wait_for_manager());
+    }
+    until([] { return true; });
+    EXPECT_EQ(user.geometry(opened), before);
+  }
+}
+
+TEST_P(PreferencesOnX11, TheEditorIsNotMovedByWhatIsInIt) {
+  const XClient::Geometry before = user.geometry(id(*window));
+  // The background, a graph, a label, the knob, a readout.
+  for (const auto& [x, y] : {std::pair(10, 10), std::pair(100, 200), std::pair(430, 328), std::pair(430, 176),
+                             std::pair(183, 83)}) {
+    point(*window, x, y);
+    user.press(1);
+    for (int step = 1; step <= 4; ++step) {
+      point(*window, x + 10 * step, y + 10 * step);
+      until([] { return true; });
+    }
+    user.release(1);
+    if (manager) {
+      ASSERT_TRUE(user.wait_for_manager());
+    }
+    until([] { return true; });
+    EXPECT_EQ(user.geometry(id(*window)), before);
+  }
+}
+
 TEST_P(PreferencesOnX11, ColoursArePickedByMouseAndStoredMeanwhile) {
   open_preferences();
   open_panel(*controller()._info_color_well);
