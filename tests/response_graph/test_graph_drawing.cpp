@@ -3,6 +3,7 @@
 #include "drawing/capsule.h"
 #include "drawn_view.h"
 #include "open_graph.h"
+#include "redisplay.h"
 
 namespace ondex {
 namespace {
@@ -121,6 +122,7 @@ TEST(Graph, AFreshOneGetsATranslucentBlackCurveAndNoFill) {
   graph->set_curve_color_fill_color(nullptr, nullptr);
   graph->set_modulation_index(0);
   EXPECT_EQ(graph->_curve_color->redComponent(), 0);
+  EXPECT_EQ(graph->_curve_color->greenComponent(), 0);
   EXPECT_EQ(graph->_curve_color->blueComponent(), 0);
   EXPECT_EQ(graph->_curve_color->alphaComponent(), CGFloat(0.3));
   EXPECT_FALSE(graph->_fill_color);
@@ -181,6 +183,24 @@ TEST(Graph, IsMadeByItsClassAndKeepsOneColorSpace) {
   EXPECT_EQ(&made->isa(), &KV_FM_Oscillator_Response_View::class_);
   EXPECT_EQ(made->isa().name, "KV_FM_Oscillator_Response_View");
   EXPECT_EQ(editor_graph()->get_RGB_color_space(), editor_graph()->get_RGB_color_space());
+}
+
+using GraphRedisplay = test::Redisplay<KV_FM_Oscillator_Response_View>;
+
+TEST_F(GraphRedisplay, ComesWithEachModulationAndTextColor) {
+  EXPECT_EQ(drawn_after([this] { view->set_modulation_index(2); }), all_of_it);
+  EXPECT_EQ(drawn_after([this] { view->set_modulation_factor(3); }), all_of_it);
+  EXPECT_EQ(drawn_after([this] { view->set_text_color(NSColor::blueColor().get()); }), all_of_it);
+  EXPECT_EQ(drawn_after([this] { view->set_text_color(nullptr); }), all_of_it);
+}
+
+TEST_F(GraphRedisplay, DoesNotComeWithRangesAndCurveColors) {
+  EXPECT_EQ(drawn_after([this] { view->set_x_minimum_maximum(0, 1); }), nothing);
+  EXPECT_EQ(drawn_after([this] { view->set_y_minimum_maximum(0, 1); }), nothing);
+  EXPECT_EQ(drawn_after([this] {
+              view->set_curve_color_fill_color(NSColor::blueColor().get(), NSColor::blueColor().get());
+            }),
+            nothing);
 }
 
 }  // namespace

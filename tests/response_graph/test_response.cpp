@@ -102,6 +102,16 @@ TEST(GraphAxes, LocationsAndValuesAreInverse) {
   EXPECT_NEAR(graph->y_for_location(69), 0.5F, 2e-7F);
 }
 
+TEST(GraphAxes, NeedNotBeginAtZero) {
+  const auto graph = make<OpenGraph>(NSMakeRect(0, 0, 210, 98));
+  graph->set_x_minimum_maximum(3, 7);   // 200 points from 5 on
+  graph->set_y_minimum_maximum(-2, 6);  // 88 points from 5 on
+  EXPECT_FLOAT_EQ(graph->location_for_x(4), 55);
+  EXPECT_FLOAT_EQ(graph->x_for_location(55), 4);
+  EXPECT_FLOAT_EQ(graph->location_for_y(0), 27);
+  EXPECT_FLOAT_EQ(graph->y_for_location(27), 0);
+}
+
 TEST(GraphAxes, AnEmptyRangeDoesNotStopTheGraph) {
   const auto graph = editor_graph();
   graph->set_x_minimum_maximum(1, 1);
