@@ -3,20 +3,9 @@
 #include <charconv>
 #include <cmath>
 
+#include "foundation/decimal_text.h"
+
 namespace ondex {
-
-namespace {
-
-template <typename T>
-std::optional<T> whole_number(std::string_view text) {
-  T value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size())
-    return std::nullopt;
-  return value;
-}
-
-}  // namespace
 
 std::string text_of(float value) {
   char text[32];
@@ -25,12 +14,16 @@ std::string text_of(float value) {
 }
 
 std::optional<float> float_from(std::string_view text) {
-  const auto value = whole_number<float>(text);
+  const auto value = cocoa::number_from_decimal<float>(text);
   return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 std::optional<unsigned> unsigned_from(std::string_view text) {
-  return whole_number<unsigned>(text);
+  unsigned value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size())
+    return std::nullopt;
+  return value;
 }
 
 }  // namespace ondex

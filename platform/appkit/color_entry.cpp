@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "foundation/decimal_text.h"
+
 namespace cocoa {
 
 const Class HexColorFormatter::class_ = {.name = "HexColorFormatter",
@@ -16,13 +18,6 @@ constexpr double largest = 0xFFFFFF;
 
 bool is_digit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-std::string_view without_blanks(std::string_view text) {
-  constexpr std::string_view blanks = " \t\n\r";
-  const size_t first = text.find_first_not_of(blanks);
-  return first == text.npos ? std::string_view()
-                            : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <pugixml.hpp>
 
 #include "foundation/InterfaceLoad.h"
+#include "foundation/decimal_text.h"
 
 namespace cocoa {
 
@@ -18,9 +19,8 @@ constexpr double largest_coordinate = 1e6;
 /// draw and more memory than there is.
 constexpr double largest_extent = 8192;
 
-template <typename T>
-std::optional<T> parse(std::string_view text) {
-  T value{};
+std::optional<int64_t> parse_integer(std::string_view text) {
+  int64_t value = 0;
   const char* end = text.data() + text.size();
   const auto [parsed, error] = std::from_chars(text.data(), end, value);
   if (error != std::errc() || parsed != end)
@@ -60,7 +60,7 @@ int64_t InterfaceDecoder::integer(const char* name, int64_t if_absent) const {
   const auto text = attribute(name);
   if (!text)
     return if_absent;
-  const auto value = parse<int64_t>(*text);
+  const auto value = parse_integer(*text);
   if (!value)
     fail(not_a(name, *text, "an integer"));
   return value.value_or(if_absent);
@@ -70,7 +70,7 @@ double InterfaceDecoder::number(const char* name, double if_absent) const {
   const auto text = attribute(name);
   if (!text)
     return if_absent;
-  const auto value = parse<double>(*text);
+  const auto value = number_from_decimal<double>(*text);
   if (!value || !std::isfinite(*value)) {
     fail(not_a(name, *text, "a number"));
     return if_absent;

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "foundation/InterfaceDecoder.h"
+#include "foundation/decimal_text.h"
 
 namespace cocoa {
 
@@ -52,14 +53,6 @@ std::string text_of(Number number, int minimum_digits, int maximum_digits) {
   return is_zero && text.front() == '-' ? text.substr(1) : text;
 }
 
-std::string_view without_blanks(std::string_view text) {
-  constexpr std::string_view blanks = " \t\n\r";
-  const size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos)
-    return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 /// Takes a sign off the front; whether it was a minus.
 bool take_sign(std::string_view& text) {
   if (text.starts_with(minus_sign)) {
@@ -70,14 +63,6 @@ bool take_sign(std::string_view& text) {
   if (minus || text.starts_with('+'))
     text.remove_prefix(1);
   return minus;
-}
-
-/// What a text of digits stands for that has no double: too large or too small.
-double beyond_double(std::string_view digits) {
-  const size_t exponent = digits.find_first_of("eE");
-  const bool large = exponent == std::string_view::npos ? digits.find_first_not_of('0') < digits.find('.')
-                                                        : digits.substr(exponent + 1).front() != '-';
-  return large ? std::numeric_limits<double>::max() : 0;
 }
 
 }  // namespace
@@ -106,16 +91,13 @@ std::optional<double> NSNumberFormatter::numberFromString(std::string_view text)
   const bool negative = take_sign(unsigned_text);
   std::string digits(unsigned_text);
   std::replace(digits.begin(), digits.end(), ',', '.');
-  // It would read "inf", "nan" and another sign.
-  if (digits.empty() || (digits.front() != '.' && (digits.front() < '0' || digits.front() > '9')))
+  // Another sign is no number.
+  if (digits.starts_with('-'))
     return std::nullopt;
-  double number = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [parsed, error] = std::from_chars(digits.data(), end, number);
-  if (parsed != end || error == std::errc::invalid_argument)
+  const auto read = number_from_decimal<double>(digits);
+  if (!read)
     return std::nullopt;
-  if (error == std::errc::result_out_of_range)
-    number = beyond_double(digits);
+  double number = std::min(*read, std::numeric_limits<double>::max());
   if (negative)
     number = -number;
   const bool outside = (minimum_ && number < *minimum_) || (maximum_ && number > *maximum_);

@@ -35,9 +35,10 @@ class NSNumberFormatter : public NSObject {
   /// fraction digits. Numbers outside the bounds are shown as they are.
   std::string stringFromNumber(float number) const;
   virtual std::string stringFromNumber(double number) const;
-  /// The number that is the whole text but for blanks around it: a sign, digits, one decimal point or comma,
-  /// an exponent. One too large for a double is its largest. None for any other text, and, unless lenient,
-  /// for numbers outside the bounds.
+  /// The number that is the whole text but for blanks around it, those that do not break included: a sign,
+  /// digits, however many, one decimal point or comma, an exponent. One too large for a double is its
+  /// largest, one too small is 0. None for any other text, and, unless lenient, for numbers outside the
+  /// bounds.
   virtual std::optional<double> numberFromString(std::string_view text) const;
 
  private:

@@ -37,6 +37,8 @@ TEST_F(NumberFormatter, ReadsSignsExponentsAndBlanksAround) {
   EXPECT_EQ(read("\u22123"), -3.0) << "the minus sign that texts copied from elsewhere have";
   EXPECT_EQ(read(" 2e3\t"), 2000.0);
   EXPECT_EQ(read("1E-2"), 0.01);
+  EXPECT_EQ(read("0.5\u00a0"), 0.5) << "a space that does not break, as tables and web pages have";
+  EXPECT_EQ(read("\u202f-0.5\u00a0 "), -0.5);
 }
 
 TEST_F(NumberFormatter, RefusesWhatIsNoNumber) {
@@ -53,6 +55,11 @@ TEST_F(NumberFormatter, NumbersBeyondTheDoublesAreTheLargestOrNothing) {
   EXPECT_EQ(read("1" + std::string(400, '0')), largest);
   EXPECT_EQ(read("1e-999"), 0.0);
   EXPECT_EQ(read("0." + std::string(400, '0') + "1"), 0.0);
+  EXPECT_EQ(read("0," + std::string(400, '0') + "1e10"), 0.0);
+  EXPECT_EQ(read("1" + std::string(400, '0') + "e-10"), largest);
+  EXPECT_EQ(read("-1" + std::string(400, '0') + "e-10"), -largest);
+  EXPECT_EQ(read("0." + std::string(399, '0') + "1e400"), 1.0);
+  EXPECT_EQ(read("5" + std::string(400, '0') + "e-401"), 0.5);
 }
 
 TEST_F(NumberFormatter, RefusesNumbersOutsideTheBoundsUnlessLenient) {

@@ -35,6 +35,9 @@ TEST(ValueText, ReadsBackForRandomFloats) {
 TEST(ValueText, OnlyAWholeFiniteNumberIsRead) {
   EXPECT_EQ(float_from("1e-3"), 0.001F);
   EXPECT_EQ(float_from("-2.5"), -2.5F);
+  EXPECT_EQ(float_from("0." + std::string(399, '0') + "25e400"), 2.5F);
+  EXPECT_EQ(float_from("1" + std::string(400, '0') + "e-10"), std::nullopt);
+  EXPECT_EQ(float_from("1e-60"), 0.0F);
   for (const char* text : {"", " 1", "1 ", "1,5", "0x10", "nan", "inf", "1e99", "1.5.2", "+1", "one"}) {
     EXPECT_EQ(float_from(text), std::nullopt) << text;
   }
