@@ -1,6 +1,8 @@
 #include "appkit/NSColor.h"
 
+#include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "appkit/NSGraphicsContext.h"
 #include "foundation/InterfaceDecoder.h"
@@ -21,6 +23,31 @@ CGFloat component(CGFloat value) {
   if (std::isnan(value) || value < 0)
     return 0;
   return value > 1 ? 1 : value;
+}
+
+constexpr const char* not_finite = "a colour component that is not finite";
+
+bool are_finite(std::span<const float> values) {
+  return std::ranges::all_of(values, [](float value) { return std::isfinite(value); });
+}
+
+/// The kind of an archived colour of cyan, magenta, yellow, black and alpha. There is none of our own.
+constexpr int8_t device_cmyk = 5;
+
+/// Ink takes away light, and black takes it from what the others leave.
+Ref<NSObject> color_of_inks(NSCoder& coder) {
+  float inks[5] = {};
+  if (!coder.decodeFloats(inks))
+    return nullptr;
+  if (!are_finite(inks)) {
+    coder.fail(not_finite);
+    return nullptr;
+  }
+  const auto light = [](float ink) { return 1 - component(static_cast<CGFloat>(ink)); };
+  const CGFloat beside_black = light(inks[3]);
+  return NSColor::colorWithDeviceRed_green_blue_alpha(
+      light(inks[0]) * beside_black, light(inks[1]) * beside_black, light(inks[2]) * beside_black,
+      static_cast<CGFloat>(inks[4]));
 }
 
 bool is_white(Space space) {
@@ -103,6 +130,8 @@ Ref<NSObject> NSColor::initWithCoder(NSCoder& coder) {
   const auto kind = coder.decodeChar();
   if (!kind)
     return nullptr;
+  if (*kind == device_cmyk)
+    return color_of_inks(coder);
   const auto space = static_cast<Space>(*kind);
   float values[4] = {};
   switch (space) {
@@ -124,11 +153,9 @@ Ref<NSObject> NSColor::initWithCoder(NSCoder& coder) {
       coder.fail("a colour of a kind that is not read");
       return nullptr;
   }
-  for (const float value : values) {
-    if (!std::isfinite(value)) {
-      coder.fail("a colour component that is not finite");
-      return nullptr;
-    }
+  if (!are_finite(values)) {
+    coder.fail(not_finite);
+    return nullptr;
   }
   return make<NSColor>(space, static_cast<CGFloat>(values[0]), static_cast<CGFloat>(values[1]),
                        static_cast<CGFloat>(values[2]), static_cast<CGFloat>(values[3]));

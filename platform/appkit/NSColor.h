@@ -45,7 +45,8 @@ class NSColor : public NSObject {
   /// Of an interface file: RGB or white, device or calibrated.
   static Ref<NSObject> initWithInterface(InterfaceDecoder& decoder);
   void encodeWithCoder(NSCoder& coder) const override;
-  /// Reads kinds 1 to 4; null for any other colour and for components that are not finite.
+  /// Reads the spaces above, and kind 5, cyan, magenta, yellow and black of a device, as the device RGB
+  /// colour (1 - ink)(1 - black). Null for any other colour and for components that are not finite.
   static Ref<NSObject> initWithCoder(NSCoder& coder);
 
  private:

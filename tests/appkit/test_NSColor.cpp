@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
 
 #include "canvas.h"
 #include "foundation/NSArchiver.h"
+#include "foundation/NSLog.h"
 
 namespace cocoa {
 namespace {
@@ -48,7 +50,7 @@ TEST(NSColor, DoesNotReadOtherKindsOrComponentsThatAreNotNumbers) {
   constexpr size_t kind_offset = 47;
   constexpr size_t green_offset = 57;
   ASSERT_EQ(device_rgb_archive[kind_offset], 2);
-  for (const uint8_t kind : std::vector<uint8_t>{0, 5, 6, 7, 255}) {
+  for (const uint8_t kind : std::vector<uint8_t>{0, 6, 7, 255}) {
     auto bytes = device_rgb_archive;
     bytes[kind_offset] = kind;
     EXPECT_FALSE(unarchived(bytes)) << unsigned{kind};
@@ -62,6 +64,55 @@ TEST(NSColor, DoesNotReadOtherKindsOrComponentsThatAreNotNumbers) {
   bytes[green_offset + 1] = 0xC0;
   bytes[green_offset + 2] = 0x7F;
   EXPECT_FALSE(unarchived(bytes));
+}
+
+/// An archived colour of inks: cyan, magenta, yellow, black and alpha, as "fffff" in the tagged form.
+std::vector<uint8_t> ink_archive(const std::vector<float>& inks) {
+  constexpr size_t kind_offset = 47;
+  auto bytes = device_rgb_archive;
+  bytes[kind_offset] = 5;
+  bytes.resize(kind_offset + 1);
+  bytes.insert(bytes.end(), {0x84, static_cast<uint8_t>(inks.size())});
+  bytes.insert(bytes.end(), inks.size(), 'f');
+  for (const float ink : inks) {
+    const auto bits = std::bit_cast<uint32_t>(ink);
+    bytes.push_back(0x83);
+    for (unsigned shift = 0; shift < 32; shift += 8)
+      bytes.push_back(static_cast<uint8_t>(bits >> shift));
+  }
+  bytes.push_back(0x86);
+  return bytes;
+}
+
+TEST(NSColor, ReadsInksAsTheLightThatTheyLeave) {
+  const struct {
+    std::vector<float> inks;
+    float red, green, blue, alpha;
+  } samples[] = {{{0, 0, 0, 0, 1}, 1, 1, 1, 1},
+                 {{0, 0, 0, 1, 1}, 0, 0, 0, 1},
+                 {{1, 0, 0, 0, 0.5F}, 0, 1, 1, 0.5F},
+                 {{0, 1, 1, 0, 1}, 1, 0, 0, 1},
+                 {{0.25F, 0.5F, 0.75F, 0.5F, 1}, 0.375F, 0.25F, 0.125F, 1},
+                 {{-1, 2, 0.5F, 0, 3}, 1, 0, 0.5F, 1}};
+  for (const auto& [inks, red, green, blue, alpha] : samples) {
+    const Ref<NSObject> read = unarchived(ink_archive(inks));
+    const auto* color = dynamic_cast<NSColor*>(read.get());
+    ASSERT_TRUE(color);
+    EXPECT_EQ(color->space(), NSColor::Space::device_rgb);
+    EXPECT_EQ(color->redComponent(), CGFloat(red));
+    EXPECT_EQ(color->greenComponent(), CGFloat(green));
+    EXPECT_EQ(color->blueComponent(), CGFloat(blue));
+    EXPECT_EQ(color->alphaComponent(), CGFloat(alpha));
+  }
+}
+
+TEST(NSColor, DoesNotReadInksThatAreNotFiveNumbers) {
+  std::vector<std::string> log;
+  const NSLogHook hook([&log](std::string_view line) { log.emplace_back(line); });
+  EXPECT_FALSE(unarchived(ink_archive({0, 0, 0, 1})));
+  EXPECT_FALSE(unarchived(ink_archive({0, 0, 0, 0, 0, 1})));
+  EXPECT_FALSE(unarchived(ink_archive({0, 0, 0, std::numeric_limits<float>::infinity(), 1})));
+  EXPECT_EQ(log.size(), 3U);
 }
 
 TEST(NSColor, BringsComponentsInside) {
