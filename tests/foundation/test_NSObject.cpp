@@ -66,6 +66,30 @@ TEST(NSObject, AWeakReferenceBecomesNullWhenItsObjectGoes) {
   EXPECT_EQ(weak.get(), nullptr);
 }
 
+/// Is retained and released once more while it goes, as what it owns does when it sends an action.
+class Retained : public NSObject {
+ public:
+  explicit Retained(int* destructions) : destructions_(destructions) {}
+  ~Retained() override {
+    if (++*destructions_ > 1)
+      return;
+    const Ref<Retained> again(self.get());
+  }
+  WeakRef<Retained> self;
+
+ private:
+  int* destructions_;
+};
+
+TEST(NSObject, GoesOnceThoughItIsRetainedWhileItGoes) {
+  int destructions = 0;
+  {
+    const auto object = make<Retained>(&destructions);
+    object->self = WeakRef<Retained>(object.get());
+  }
+  EXPECT_EQ(destructions, 1);
+}
+
 TEST(SEL, ComparesByNameAndNullIsNoMessage) {
   const std::string same = "pressed:";
   EXPECT_EQ(SEL("pressed:"), SEL(same.c_str()));
