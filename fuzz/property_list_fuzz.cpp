@@ -3,17 +3,20 @@
 #include <cstdlib>
 
 #include "foundation/property_list.h"
+#include "foundation/xml_well_formed.h"
 
-/// Any bytes are refused, or are a list that can be changed, written and read again.
+/// Any bytes are refused, or are a list that can be changed, written as a whole document and read again.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   using namespace cocoa;
   std::string cause;
   auto list = PropertyList::fromBytes({reinterpret_cast<const char*>(bytes), size}, cause);
   if (!list)
     return 0;
-  list->setValue("key", "value");
-  const auto again = PropertyList::fromBytes(list->xml(), cause);
-  if (!again || again->value("key") != PropertyListValue("value"))
+  list->setValue("key", std::string("value"));
+  const std::string written = list->xml();
+  const auto again = PropertyList::fromBytes(written, cause);
+  if (xml_fault(written) || !again || again->value("key") != PropertyListValue(std::string("value")) ||
+      again->xml() != written)
     std::abort();
   return 0;
 }

@@ -1,5 +1,9 @@
 #include "foundation/CFPreferences.h"
 
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,11 +19,41 @@ namespace cocoa {
 
 namespace {
 
+/// Of two editors on two threads, one may wait for the other's wait.
+constexpr std::chrono::milliseconds kPatienceInHost(10);
+
 /// One for the process, as the file is one: editors in a process see each other's changes at once.
-PreferenceStore& store() {
-  static PreferenceStore the_store(&preferences_file);
+struct ProcessStore {
+  PreferenceStore store{&preferences_file};
+  std::atomic<pid_t> set_by = 0;
+
+  ProcessStore() = default;
+  ProcessStore(const ProcessStore&) = delete;
+  ProcessStore& operator=(const ProcessStore&) = delete;
+  ~ProcessStore() {
+    // A child that was forked has a copy of what its parent was about to write, and may end much later.
+    if (set_by == getpid() && store.hasUnwritten())
+      store.synchronize();
+  }
+};
+
+ProcessStore& process_store() {
+  static ProcessStore the_store;
   return the_store;
 }
+
+PreferenceStore& store() {
+  return process_store().store;
+}
+
+/// What stands for an opaque value.
+class OtherPreference : public NSObject {
+ public:
+  static const Class class_;
+  const Class& isa() const override { return class_; }
+};
+
+const Class OtherPreference::class_ = {.name = "OtherPreference", .superclass = &NSObject::class_};
 
 const char* printable(CFStringRef name) {
   return name ? name : "null";
@@ -62,7 +96,9 @@ Ref<NSObject> CFPreferencesCopyValue(CFStringRef key, CFStringRef application, C
     return nullptr;
   if (auto* bytes = std::get_if<std::vector<uint8_t>>(&*value))
     return make<NSData>(std::move(*bytes));
-  return make<NSString>(std::get<std::string>(*value));
+  if (auto* text = std::get_if<std::string>(&*value))
+    return make<NSString>(std::move(*text));
+  return make<OtherPreference>();
 }
 
 void CFPreferencesSetValue(CFStringRef key, const NSObject* value, CFStringRef application, CFStringRef user,
@@ -75,11 +111,17 @@ void CFPreferencesSetValue(CFStringRef key, const NSObject* value, CFStringRef a
           static_cast<int>(value->isa().name.size()), value->isa().name.data());
     return;
   }
+  process_store().set_by = getpid();
   store().setValue(key, std::move(stored));
 }
 
 bool CFPreferencesSynchronize(CFStringRef application, CFStringRef user, CFStringRef host) {
-  return is_known_domain(application, user, host) && store().synchronize();
+  return is_known_domain(application, user, host) && store().synchronize(kPatienceInHost);
+}
+
+void forget_unwritten_preference(CFStringRef key) {
+  if (is_key(key))
+    store().forgetUnwritten(key);
 }
 
 }  // namespace cocoa

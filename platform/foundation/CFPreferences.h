@@ -7,7 +7,11 @@
 /// (where: preferences_location.h).
 ///
 /// There is one domain: (kCFPreferencesAnyApplication, kCFPreferencesCurrentUser, kCFPreferencesCurrentHost).
-/// Asking for another is logged and answers null or false. Values are NSData and NSString. Any thread.
+/// Asking for another is logged and answers null or false. Values are NSData and NSString; others that stand
+/// there are read as objects that tell nothing but that they are there. Any thread.
+///
+/// What is set and not written when the process ends, or the code is unloaded, is written then. Only there is
+/// another process waited for longer than a moment: up to a second.
 
 namespace cocoa {
 
@@ -17,8 +21,9 @@ inline constexpr CFStringRef kCFPreferencesCurrentUser = "kCFPreferencesCurrentU
 inline constexpr CFStringRef kCFPreferencesAnyHost = "kCFPreferencesAnyHost";
 inline constexpr CFStringRef kCFPreferencesCurrentHost = "kCFPreferencesCurrentHost";
 
-/// A new object with the key's value, as last set here or else as last read; null when there is none that
-/// NSData or NSString can hold.
+/// A new object with the key's value, as last set here or else as last read; null when there is none. One
+/// that is neither NSData nor NSString stands for a value of another kind, such as a number, or for data that
+/// is damaged.
 Ref<NSObject> CFPreferencesCopyValue(CFStringRef key, CFStringRef application, CFStringRef user,
                                      CFStringRef host);
 
@@ -28,8 +33,13 @@ void CFPreferencesSetValue(CFStringRef key, const NSObject* value, CFStringRef a
                            CFStringRef host);
 
 /// Writes what has been set since the last time, leaving keys alone that others have written meanwhile. False
-/// on failure, which is logged; the changes are then kept for the next time. With nothing to write, makes the
-/// next CFPreferencesCopyValue see what others have written.
+/// on failure, which is logged; the changes are then kept for the next time. Called on a host's thread, it
+/// waits no longer than 10 ms for another process that is writing: false then too, to be tried again. With
+/// nothing to write, makes the next CFPreferencesCopyValue see what others have written.
 bool CFPreferencesSynchronize(CFStringRef application, CFStringRef user, CFStringRef host);
+
+/// Takes back what has been set under the key since the last writing, as a value that was meant for what the
+/// store held at that moment only.
+void forget_unwritten_preference(CFStringRef key);
 
 }  // namespace cocoa

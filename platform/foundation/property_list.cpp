@@ -1,9 +1,11 @@
 #include "foundation/property_list.h"
 
+#include <algorithm>
 #include <pugixml.hpp>
 #include <utility>
 
 #include "foundation/binary_property_list.h"
+#include "foundation/xml_well_formed.h"
 
 namespace cocoa {
 
@@ -55,19 +57,76 @@ bool is_nested_too_deeply(pugi::xml_document& document) {
   return !document.traverse(walker);
 }
 
+bool has_text(pugi::xml_node node) {
+  return text_of(node).find_first_not_of(" \t\r\n") != std::string::npos;
+}
+
+const char* fault_of_value(pugi::xml_node value);
+
+const char* fault_of_dictionary(pugi::xml_node dictionary) {
+  if (has_text(dictionary))
+    return "text between keys and values";
+  for (pugi::xml_node key = next_element(dictionary.first_child()); key; key = value_of(value_of(key))) {
+    if (!is_key(key) || !value_of(key) || is_key(value_of(key)))
+      return "keys and values do not pair";
+    if (next_element(key.first_child()))
+      return "a key that is no text";
+    if (const char* fault = fault_of_value(value_of(key)))
+      return fault;
+  }
+  return nullptr;
+}
+
+const char* fault_of_array(pugi::xml_node array) {
+  if (has_text(array))
+    return "text between values";
+  for (pugi::xml_node value = next_element(array.first_child()); value; value = value_of(value)) {
+    if (const char* fault = fault_of_value(value))
+      return fault;
+  }
+  return nullptr;
+}
+
+/// What a number or a date says is for those who know it. Recursive: the depth has been looked at.
+const char* fault_of_value(pugi::xml_node value) {
+  constexpr std::string_view kTexts[] = {"string", "data", "integer", "real", "date"};
+  const std::string_view kind = value.name();
+  if (kind == "dict")
+    return fault_of_dictionary(value);
+  if (kind == "array")
+    return fault_of_array(value);
+  const bool is_constant = kind == "true" || kind == "false";
+  if (!is_constant && std::ranges::find(kTexts, kind) == std::ranges::end(kTexts))
+    return "a value of an unknown kind";
+  return next_element(value.first_child()) || (is_constant && has_text(value))
+             ? "a value that is not of its kind"
+             : nullptr;
+}
+
 /// Why the document is no property list of keys and values; null when it is one.
 const char* fault_of(pugi::xml_document& document) {
   if (is_nested_too_deeply(document))
     return "nested too deeply";
   const pugi::xml_node root = only_element(document);
   const pugi::xml_node dictionary = only_element(root);
-  if (std::string_view(root.name()) != "plist" || std::string_view(dictionary.name()) != "dict")
+  if (std::string_view(root.name()) != "plist" || std::string_view(dictionary.name()) != "dict" ||
+      has_text(root))
     return "not a property list with a dictionary";
-  for (pugi::xml_node key = next_element(dictionary.first_child()); key; key = value_of(value_of(key))) {
-    if (!is_key(key) || !value_of(key) || is_key(value_of(key)))
-      return "keys and values do not pair";
+  return fault_of_dictionary(dictionary);
+}
+
+/// Spaces between elements, which are written anew.
+void remove_layout(pugi::xml_node container) {
+  for (pugi::xml_node node = container.first_child(); node;) {
+    const pugi::xml_node next = node.next_sibling();
+    const std::string_view name = node.name();
+    if (node.type() != pugi::node_element) {
+      container.remove_child(node);
+    } else if (name == "plist" || name == "dict" || name == "array") {
+      remove_layout(node);
+    }
+    node = next;
   }
-  return nullptr;
 }
 
 void prepend_prolog(pugi::xml_document& document) {
@@ -81,10 +140,13 @@ void prepend_prolog(pugi::xml_document& document) {
 }
 
 void fill(pugi::xml_node element, const PropertyListValue& value) {
-  const auto* data = std::get_if<std::vector<uint8_t>>(&value);
-  const std::string text = data ? base64_from_bytes(*data) : std::get<std::string>(value);
-  element.set_name(data ? "data" : "string");
-  set_text(element, text);
+  if (const auto* data = std::get_if<std::vector<uint8_t>>(&value)) {
+    element.set_name("data");
+    set_text(element, base64_from_bytes(*data));
+  } else if (const auto* text = std::get_if<std::string>(&value)) {
+    element.set_name("string");
+    set_text(element, *text);
+  }
 }
 
 }  // namespace
@@ -109,16 +171,21 @@ std::optional<PropertyList> PropertyList::fromBytes(std::string_view bytes, std:
 }
 
 std::optional<PropertyList> PropertyList::fromXML(std::string_view xml, std::string& cause) {
+  if (const char* fault = xml_fault(xml)) {
+    cause = fault;
+    return std::nullopt;
+  }
   auto document = std::make_unique<pugi::xml_document>();
-  // A text of nothing but spaces is a text; spaces between elements are not. Entities are not declared
-  // anywhere that is read: the declarations of a document type are skipped.
-  constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
-  const pugi::xml_parse_result parsed = document->load_buffer(xml.data(), xml.size(), kOptions);
+  // All spaces are read, as a text may be of nothing else or be cut by a comment.
+  constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata;
+  const pugi::xml_parse_result parsed =
+      document->load_buffer(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
   const char* fault = parsed ? fault_of(*document) : parsed.description();
   if (fault) {
     cause = fault;
     return std::nullopt;
   }
+  remove_layout(*document);
   prepend_prolog(*document);
   return PropertyList(std::move(document));
 }
@@ -160,13 +227,16 @@ bool PropertyList::contains(std::string_view key) const {
 
 std::optional<PropertyListValue> PropertyList::value(std::string_view key) const {
   const pugi::xml_node element = value_of(keyNode(key));
+  if (!element)
+    return std::nullopt;
   const std::string_view kind = element.name();
   if (kind == "string")
     return text_of(element);
-  if (kind != "data")
-    return std::nullopt;
-  auto bytes = bytes_from_base64(text_of(element));
-  return bytes ? std::optional<PropertyListValue>(std::move(*bytes)) : std::nullopt;
+  if (kind == "data") {
+    if (auto bytes = bytes_from_base64(text_of(element)))
+      return std::move(*bytes);
+  }
+  return OpaqueValue{std::string(kind)};
 }
 
 void PropertyList::setValue(std::string_view key, const PropertyListValue& value) {

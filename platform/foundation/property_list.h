@@ -22,14 +22,22 @@ std::string base64_from_bytes(std::span<const uint8_t> bytes);
 /// or the padding is wrong.
 std::optional<std::vector<uint8_t>> bytes_from_base64(std::string_view text);
 
+/// Whether the code point is one that XML 1.0 has.
+bool is_xml_character(uint32_t code);
 /// Whether an XML document can hold the text: sound UTF-8, no control characters but tab and line ends.
 bool is_xml_text(std::string_view text);
 
-/// The values that we write: data and text.
-using PropertyListValue = std::variant<std::vector<uint8_t>, std::string>;
+/// A value of a kind that we do not write: a number, a date, an array, data that is no base64 ... It is
+/// there, and that is all that is told of it.
+struct OpaqueValue {
+  std::string element;  ///< its element's name, "integer"
+  bool operator==(const OpaqueValue&) const = default;
+};
 
-/// An XML property list whose root is a dictionary. Values of kinds that we do not write (numbers, dates,
-/// arrays ...) stay in it as they came.
+/// The values that we write, data and text, and those that are only read.
+using PropertyListValue = std::variant<std::vector<uint8_t>, std::string, OpaqueValue>;
+
+/// An XML property list whose root is a dictionary. Opaque values stay in it as they came.
 class PropertyList {
  public:
   /// An empty one.
@@ -39,15 +47,16 @@ class PropertyList {
   ~PropertyList();
 
   /// From a file's contents: XML, or the binary form that other tools may have turned it into. Nothing when
-  /// they are no such list; `cause` then says why, for the log.
+  /// they are not wholly such a list, so that whatever is read can be written again without a loss but for
+  /// comments; `cause` then says why, for the log.
   static std::optional<PropertyList> fromBytes(std::string_view bytes, std::string& cause);
   static std::optional<PropertyList> fromXML(std::string_view xml, std::string& cause);
   std::string xml() const;
 
   bool contains(std::string_view key) const;
-  /// Nothing when there is no such key, or its value is neither data nor text.
+  /// Nothing when there is no such key. Where one stands twice, the first counts.
   std::optional<PropertyListValue> value(std::string_view key) const;
-  /// Key and value must be texts that XML can hold.
+  /// Key and value must be texts that XML can hold, and the value not opaque. What stands there is replaced.
   void setValue(std::string_view key, const PropertyListValue& value);
   void removeValue(std::string_view key);
 

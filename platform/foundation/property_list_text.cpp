@@ -39,14 +39,13 @@ Decoded decode(std::string_view text) {
   return code < kSmallest[length] ? Decoded{} : Decoded{code, length};
 }
 
-/// The characters of XML 1.0.
+}  // namespace
+
 bool is_xml_character(uint32_t code) {
   if (code < 0x20)
     return code == '\t' || code == '\n' || code == '\r';
   return code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || (code >= 0x10000 && code < 0x110000);
 }
-
-}  // namespace
 
 std::string base64_from_bytes(std::span<const uint8_t> bytes) {
   std::string text;

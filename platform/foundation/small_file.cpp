@@ -6,12 +6,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <ctime>
+#include <thread>
 
-#include "foundation/NSLog.h"
 #include "foundation/file_size_limit.h"
 
 namespace cocoa {
@@ -20,9 +20,12 @@ namespace {
 
 constexpr mode_t kFileForUserAlone = 0600;
 constexpr mode_t kFolderForUserAlone = 0700;
-constexpr int kLockTries = 500;
-constexpr timespec kBetweenLockTries = {.tv_sec = 0, .tv_nsec = 2'000'000};
+constexpr std::chrono::milliseconds kBetweenLockTries(2);
 constexpr int kMaximumKeptAside = 1000;
+constexpr int kMaximumLinks = 40;
+/// Between the file's name and six letters or digits. No editor's or user's own copy is called so.
+constexpr std::string_view kTemporaryInfix = ".writing-";
+constexpr std::string_view kTemporaryPlaces = "XXXXXX";
 
 std::error_code last_error() {
   return {errno, std::generic_category()};
@@ -81,6 +84,22 @@ std::error_code write_to_disk(const Descriptor& file, std::string_view bytes) {
   return fsync(file.get()) == 0 ? std::error_code() : last_error();
 }
 
+/// Whether the temporary file is one that its writer has left behind: a living one keeps it locked.
+bool is_abandoned(const std::filesystem::path& temporary) {
+  const Descriptor opened(open(temporary.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY));
+  struct stat status {};
+  return opened && fstat(opened.get(), &status) == 0 && S_ISREG(status.st_mode) &&
+         status.st_uid == geteuid() && flock(opened.get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+bool is_temporary_of(std::string_view name, const std::string& file_name) {
+  const std::string start = file_name + std::string(kTemporaryInfix);
+  return name.size() == start.size() + kTemporaryPlaces.size() && name.starts_with(start) &&
+         std::ranges::all_of(name.substr(start.size()), [](char c) {
+           return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+         });
+}
+
 /// rename that fails where the new name is taken.
 int rename_to_free_name(const char* from, const char* to) {
   const int result = renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
@@ -134,17 +153,33 @@ std::error_code make_private_folder(const std::filesystem::path& folder) {
   return errno == EEXIST ? std::error_code() : last_error();
 }
 
+std::filesystem::path followed_links(const std::filesystem::path& file) {
+  std::filesystem::path followed = file;
+  for (int links = 0; links < kMaximumLinks; ++links) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::read_symlink(followed, error);
+    if (error)
+      return followed;
+    // A relative one begins in the folder of the link; an absolute one replaces all.
+    followed = followed.parent_path() / target;
+  }
+  return file;
+}
+
 std::error_code replace_file(const std::filesystem::path& file, std::string_view bytes) {
-  std::string temporary = file.string() + ".XXXXXX";
+  std::string temporary = file.string();
+  temporary.append(kTemporaryInfix).append(kTemporaryPlaces);
   std::error_code error;
   {
     const Descriptor opened(mkostemp(temporary.data(), O_CLOEXEC));
     if (!opened)
       return last_error();
+    // Tells those who clear up that the file is being written. It goes with the process, however it ends.
+    flock(opened.get(), LOCK_EX | LOCK_NB);
     error = write_to_disk(opened, bytes);
+    if (!error && std::rename(temporary.c_str(), file.c_str()) != 0)
+      error = last_error();
   }
-  if (!error && std::rename(temporary.c_str(), file.c_str()) != 0)
-    error = last_error();
   if (error) {
     unlink(temporary.c_str());
     return error;
@@ -156,11 +191,22 @@ std::error_code replace_file(const std::filesystem::path& file, std::string_view
   return {};
 }
 
-std::error_code keep_aside(const std::filesystem::path& file) {
+void remove_abandoned_temporaries(const std::filesystem::path& file) {
+  const std::string file_name = file.filename().string();
+  std::error_code error;
+  std::filesystem::directory_iterator entry(file.parent_path(), error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::filesystem::path& path = entry->path();
+    if (is_temporary_of(path.filename().string(), file_name) && is_abandoned(path))
+      unlink(path.c_str());
+  }
+}
+
+std::error_code keep_aside(const std::filesystem::path& file, std::filesystem::path& kept) {
   const std::string name = file.string() + ".damaged";
   for (int number = 1; number <= kMaximumKeptAside; ++number) {
-    const std::string candidate = number == 1 ? name : name + "." + std::to_string(number);
-    if (rename_to_free_name(file.c_str(), candidate.c_str()) == 0)
+    kept = number == 1 ? name : name + "." + std::to_string(number);
+    if (rename_to_free_name(file.c_str(), kept.c_str()) == 0)
       return {};
     if (errno != EEXIST)
       return last_error();
@@ -168,26 +214,39 @@ std::error_code keep_aside(const std::filesystem::path& file) {
   return std::make_error_code(std::errc::file_exists);
 }
 
-FileLock::FileLock(const std::filesystem::path& lock_file)
+FileLock::FileLock(const std::filesystem::path& lock_file, std::chrono::milliseconds patience)
     : descriptor_(open(lock_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, kFileForUserAlone)) {
-  int error = descriptor_ < 0 ? errno : EWOULDBLOCK;
-  for (int tries = 0; tries < kLockTries && error == EWOULDBLOCK; ++tries) {
-    if (tries > 0)
-      nanosleep(&kBetweenLockTries, nullptr);
-    error = flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  if (descriptor_ < 0) {
+    error_ = errno;
+    return;
   }
-  if (error != 0) {
-    NSLog("%s: cannot be locked, going on without: %s.", lock_file.c_str(),
-          std::generic_category().message(error).c_str());
+  using Time = std::chrono::steady_clock;
+  const Time::time_point end = Time::now() + patience;
+  while (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+    error_ = errno;
+    // Sleeping once more would be too long.
+    if (error_ != EWOULDBLOCK || Time::now() + kBetweenLockTries > end)
+      return;
+    std::this_thread::sleep_for(kBetweenLockTries);
   }
+  error_ = 0;
 }
 
 FileLock::~FileLock() {
+  if (descriptor_ < 0)
+    return;
   // Closing alone would leave the lock with a child that was forked meanwhile.
-  if (descriptor_ >= 0) {
+  if (isHeld())
     flock(descriptor_, LOCK_UN);
-    close(descriptor_);
-  }
+  close(descriptor_);
+}
+
+bool FileLock::isHeldByAnother() const {
+  return error_ == EWOULDBLOCK;
+}
+
+std::string FileLock::cause() const {
+  return std::generic_category().message(error_);
 }
 
 }  // namespace cocoa

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -31,27 +32,40 @@ SmallFile read_small_file(const std::filesystem::path& file, size_t limit);
 /// Makes the folder and those above it that are missing, for the user alone.
 std::error_code make_private_folder(const std::filesystem::path& folder);
 
+/// What `file` stands for: where its symbolic links lead, whether or not anything is there. `file` itself
+/// when it is no link, or links lead round in a circle.
+std::filesystem::path followed_links(const std::filesystem::path& file);
+
 /// Puts a file of these bytes, for the user alone, in the place of what is there: through a temporary file in
 /// the same folder, so that everybody else sees the old file or the new one. After an error the old one
 /// stays.
 std::error_code replace_file(const std::filesystem::path& file, std::string_view bytes);
 
-/// Renames `file` to <file>.damaged, or <file>.damaged.2, .3 ... where that is taken.
-std::error_code keep_aside(const std::filesystem::path& file);
+/// Removes the temporary files that processes killed in replace_file(file, ...) have left behind. One that
+/// somebody is writing stays.
+void remove_abandoned_temporaries(const std::filesystem::path& file);
 
-/// Excludes other holders of a lock on the same lock file, in this process and in others.
-///
-/// A holder that hangs must not hang us: after about a second it is left at that, with a line in the log.
+/// Renames `file` to <file>.damaged, or <file>.damaged.2, .3 ... where that is taken; `kept` is then the new
+/// name.
+std::error_code keep_aside(const std::filesystem::path& file, std::filesystem::path& kept);
+
+/// Excludes other holders of a lock on the same lock file, in this process and in others, once it is held.
 class FileLock {
  public:
-  /// Makes the lock file when there is none. It stays.
-  explicit FileLock(const std::filesystem::path& lock_file);
+  /// Makes the lock file when there is none; it stays. Waits no longer than `patience` for another holder.
+  FileLock(const std::filesystem::path& lock_file, std::chrono::milliseconds patience);
   ~FileLock();
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
 
+  bool isHeld() const { return error_ == 0; }
+  bool isHeldByAnother() const;
+  /// Why it is not held, for the log.
+  std::string cause() const;
+
  private:
   int descriptor_;
+  int error_ = 0;
 };
 
 }  // namespace cocoa

@@ -1,6 +1,10 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <optional>
 
 #include "archived_samples.h"
@@ -137,12 +141,89 @@ TEST_F(CFPreferencesTest, WhatCannotBeStoredIsLoggedAndIgnored) {
   EXPECT_THAT(logged.text(), HasSubstr("a key that is null"));
 }
 
-TEST_F(CFPreferencesTest, ValuesOfOtherKindsReadAsNone) {
-  put(preferences_file(), plist("<key>n</key><integer>1</integer><key>s</key><string>t</string>"
-                                "<key>d</key><data>***</data>"));
-  EXPECT_FALSE(copy("n"));
-  EXPECT_FALSE(copy("d"));
+TEST_F(CFPreferencesTest, ValuesOfOtherKindsAreThereButNeitherDataNorText) {
+  put(preferences_file(),
+      plist("<key>i</key><integer>1</integer><key>r</key><real>0.5</real><key>b</key><false/>"
+            "<key>t</key><date>2009-02-13T23:31:30Z</date><key>a</key><array/><key>d</key><dict/>"
+            "<key>n</key><data>***</data><key>s</key><string>t</string>"));
+  for (const char* key : {"i", "r", "b", "t", "a", "d", "n"}) {
+    const auto value = copy(key);
+    EXPECT_TRUE(value) << key;
+    EXPECT_FALSE(dynamic_cast<const NSData*>(value.get())) << key;
+    EXPECT_FALSE(dynamic_cast<const NSString*>(value.get())) << key;
+  }
   EXPECT_EQ(text_of(copy("s")), "t");
+  EXPECT_FALSE(copy("absent"));
+  const Logged logged;
+  set("s", copy("i").get());
+  EXPECT_THAT(logged.text(), HasSubstr("cannot be stored"));
+  EXPECT_EQ(text_of(copy("s")), "t");
+}
+
+TEST_F(CFPreferencesTest, SavingOneKeyLeavesOthersValuesAsTheyWere) {
+  const std::string others =
+      "\t\t<key>i</key>\n\t\t<integer>007</integer>\n\t\t<key>n</key>\n\t\t<data>***</data>\n"
+      "\t\t<key>d</key>\n\t\t<dict>\n\t\t\t<key>k</key>\n\t\t\t<real>1e3</real>\n\t\t</dict>\n";
+  put(preferences_file(), plist(others));
+  set("a", make<NSString>("1").get());
+  EXPECT_TRUE(synchronize());
+  EXPECT_EQ(contents_of(preferences_file()), plist(others + "\t\t<key>a</key>\n\t\t<string>1</string>\n"));
+}
+
+TEST_F(CFPreferencesTest, WhatIsNotWrittenYetIsWrittenWhenTheProcessEnds) {
+  // How it ends is the sanitizers' matter, too.
+  result_of_child(start_child([] {
+    set("a", make<NSString>("1").get());
+    exit(0);
+    return 1;
+  }));
+  EXPECT_EQ(text_of(copy("a")), "1");
+}
+
+TEST_F(CFPreferencesTest, AForkedChildLeavesItsParentsChangesToTheParent) {
+  set("a", make<NSString>("old").get());
+  int ending[2];
+  ASSERT_EQ(pipe(ending), 0);
+  const pid_t child = start_child([&] {
+    close(ending[1]);
+    char none = 0;
+    if (::read(ending[0], &none, 1) == 0)
+      exit(0);
+    return 1;
+  });
+  set("a", make<NSString>("new").get());
+  EXPECT_TRUE(synchronize());
+  close(ending[1]);
+  result_of_child(child);
+  close(ending[0]);
+  EXPECT_TRUE(synchronize());
+  EXPECT_EQ(text_of(copy("a")), "new");
+}
+
+TEST_F(CFPreferencesTest, TheHostsThreadDoesNotWaitForALockThatIsHeld) {
+  std::filesystem::create_directories(preferences_file().parent_path());
+  const std::string lock = preferences_file().string() + ".lock";
+  const int holder = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  ASSERT_EQ(flock(holder, LOCK_EX), 0);
+  const Logged logged;
+  set("a", make<NSString>("1").get());
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_FALSE(synchronize());
+  // Far below the second after which a holder is known to hang, and far above what it is, for slow machines.
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+  EXPECT_EQ(text_of(copy("a")), "1");
+  close(holder);
+  EXPECT_TRUE(synchronize());
+  EXPECT_THAT(contents_of(preferences_file()), HasSubstr("<string>1</string>"));
+}
+
+TEST_F(CFPreferencesTest, WhatIsForgottenReadsAsBefore) {
+  set("a", make<NSString>("1").get());
+  EXPECT_TRUE(synchronize());
+  set("a", make<NSString>("2").get());
+  forget_unwritten_preference("a");
+  forget_unwritten_preference(nullptr);
+  EXPECT_EQ(text_of(copy("a")), "1");
 }
 
 TEST_F(CFPreferencesTest, FollowsTheEnvironmentWhenItReadsAgain) {

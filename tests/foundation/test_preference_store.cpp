@@ -83,15 +83,38 @@ TEST_F(PreferenceStoreTest, RemovesOnlyTheKeysThatChanged) {
   EXPECT_EQ(contents_of(file_), plist("\t\t<key>b</key>\n\t\t<string>2</string>\n"));
 }
 
-TEST_F(PreferenceStoreTest, EqualValuesAndRemovalOfAnAbsentKeyChangeNothing) {
+TEST_F(PreferenceStoreTest, WhatEqualsTheLastReadingIsWrittenOverWhatOthersStoredSince) {
   put(file_, plist("<key>a</key><string>1</string>"));
+  EXPECT_THAT(store_.value("a"), Optional(text("1")));
+  EXPECT_FALSE(store_.value("absent"));
+  put(file_, plist("<key>a</key><string>theirs</string><key>absent</key><string>theirs</string>"));
   store_.setValue("a", text("1"));
   store_.setValue("absent", std::nullopt);
-  put(file_, plist("<key>a</key><string>theirs</string>"));
+  EXPECT_TRUE(store_.synchronize());
+  EXPECT_THAT(written("a"), Optional(text("1")));
+  EXPECT_FALSE(written("absent"));
+}
+
+TEST_F(PreferenceStoreTest, WhatTheFileHoldsAlreadyIsNotWrittenAnew) {
+  put(file_, plist("<key>a</key><string>1</string><!-- a user's own -->"));
   const std::string before = contents_of(file_);
+  store_.setValue("a", text("1"));
+  store_.setValue("absent", std::nullopt);
   EXPECT_TRUE(store_.synchronize());
   EXPECT_EQ(contents_of(file_), before);
-  EXPECT_THAT(store_.value("a"), Optional(text("theirs"))) << "the cache was dropped";
+  EXPECT_FALSE(store_.hasUnwritten());
+}
+
+TEST_F(PreferenceStoreTest, WhatIsForgottenIsNotWritten) {
+  put(file_, plist("<key>a</key><string>1</string>"));
+  store_.setValue("a", text("2"));
+  EXPECT_TRUE(store_.hasUnwritten());
+  store_.forgetUnwritten("a");
+  store_.forgetUnwritten("never set");
+  EXPECT_FALSE(store_.hasUnwritten());
+  EXPECT_THAT(store_.value("a"), Optional(text("1")));
+  EXPECT_TRUE(store_.synchronize());
+  EXPECT_THAT(written("a"), Optional(text("1")));
 }
 
 TEST_F(PreferenceStoreTest, TextAndDataOfTheSameBytesAreNotEqual) {

@@ -7,9 +7,11 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "foundation/preference_store.h"
+#include "manual_clock.h"
 #include "store_test_support.h"
 
 namespace cocoa {
@@ -19,6 +21,12 @@ using namespace store_tests;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Optional;
+
+constexpr std::chrono::milliseconds kNoPatience(0);
+
+auto count_of(const std::string& text, char wanted) {
+  return std::count(text.begin(), text.end(), wanted);
+}
 
 PropertyListValue text(std::string_view value) {
   return std::string(value);
@@ -36,6 +44,7 @@ class PreferenceStoreFailures : public testing::Test {
     store_.setValue("a", text("1"));
     EXPECT_TRUE(store_.synchronize());
     EXPECT_TRUE(std::filesystem::exists(aside_));
+    EXPECT_THAT(logged.text(), HasSubstr(aside_.string())) << "where it is now";
     EXPECT_THAT(written(), Optional(text("1")));
   }
   /// With a place that cannot be written: nothing is lost, and what is set can be read.
@@ -64,6 +73,21 @@ TEST_F(PreferenceStoreFailures, DamagedFileIsKeptAside) {
   put(file_, "<plist><dict><key>a</key>");
   expect_kept_aside("cannot be read");
   EXPECT_EQ(contents_of(aside_), "<plist><dict><key>a</key>");
+}
+
+TEST_F(PreferenceStoreFailures, AFileThatIsNotWhollyAPropertyListIsKeptAside) {
+  const char* const damages[] = {"<key>a&b</key><true/>", "<key>a</key><string>\x01</string>",
+                                 "<key>a</key><string x='1' x='2'>b</string>", "<key>a</key><str\xC3ing/>",
+                                 "<key>a</key><string>\xFF</string>"};
+  for (const char* damage : damages) {
+    put(file_, plist(damage));
+    expect_kept_aside("cannot be read");
+    EXPECT_EQ(contents_of(aside_), plist(damage));
+    std::filesystem::remove(aside_);
+    store_.synchronize();
+  }
+  put(file_, plist("<key>a</key><true/>") + "and more");
+  expect_kept_aside("cannot be read");
 }
 
 TEST_F(PreferenceStoreFailures, EmptyFileIsKeptAside) {
@@ -192,15 +216,73 @@ TEST_F(PreferenceStoreFailures, OutOfDescriptorsDoesNotTakeASoundFileForADamaged
   EXPECT_THAT(contents_of(file_), HasSubstr("<true />"));
 }
 
+/// Another process, as far as the lock can tell, that is writing.
+class LockHolder {
+ public:
+  explicit LockHolder(const std::filesystem::path& file)
+      : descriptor_(open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+    EXPECT_EQ(flock(descriptor_, LOCK_EX), 0);
+  }
+  ~LockHolder() { close(descriptor_); }
+  LockHolder(const LockHolder&) = delete;
+  LockHolder& operator=(const LockHolder&) = delete;
+
+ private:
+  int descriptor_;
+};
+
 TEST_F(PreferenceStoreFailures, AHolderOfTheLockThatHangsDoesNotStopUs) {
-  const int holder = open((file_.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  ASSERT_EQ(flock(holder, LOCK_EX), 0);
+  const LockHolder holder(file_);
   const Logged logged;
   store_.setValue("a", text("1"));
   EXPECT_TRUE(store_.synchronize());
   EXPECT_THAT(logged.text(), AllOf(HasSubstr(".lock"), HasSubstr("going on without")));
   EXPECT_THAT(written(), Optional(text("1")));
-  close(holder);
+}
+
+TEST_F(PreferenceStoreFailures, WithoutPatienceAHolderOfTheLockIsLeftAlone) {
+  const ondex::test::ManualClock clock;
+  PreferenceStore store([this] { return file_; }, clock);
+  store.setValue("a", text("1"));
+  const Logged logged;
+  {
+    const LockHolder holder(file_);
+    for (int tries = 0; tries < 3; ++tries)
+      EXPECT_FALSE(store.synchronize(kNoPatience));
+    EXPECT_FALSE(std::filesystem::exists(file_));
+    EXPECT_THAT(store.value("a"), Optional(text("1")));
+  }
+  EXPECT_TRUE(store.synchronize(kNoPatience));
+  EXPECT_THAT(written(), Optional(text("1")));
+  EXPECT_EQ(count_of(logged.text(), '\n'), 1) << "told once: " << logged.text();
+}
+
+TEST_F(PreferenceStoreFailures, AHolderThatIsMetForASecondOnEndHangs) {
+  ondex::test::ManualClock clock(100);
+  PreferenceStore store([this] { return file_; }, clock);
+  store.setValue("a", text("1"));
+  const LockHolder holder(file_);
+  const Logged logged;
+  EXPECT_FALSE(store.synchronize(kNoPatience));
+  clock.advance(0.6);
+  EXPECT_FALSE(store.synchronize(kNoPatience));
+  clock.advance(0.6);
+  EXPECT_TRUE(store.synchronize(kNoPatience));
+  EXPECT_THAT(logged.text(), HasSubstr("going on without"));
+  EXPECT_THAT(written(), Optional(text("1")));
+}
+
+TEST_F(PreferenceStoreFailures, AHolderThatIsMetAgainMuchLaterMayBeAnother) {
+  ondex::test::ManualClock clock(100);
+  PreferenceStore store([this] { return file_; }, clock);
+  store.setValue("a", text("1"));
+  const LockHolder holder(file_);
+  const Logged logged;
+  EXPECT_FALSE(store.synchronize(kNoPatience));
+  clock.advance(60);
+  EXPECT_FALSE(store.synchronize(kNoPatience));
+  clock.advance(1);
+  EXPECT_TRUE(store.synchronize(kNoPatience));
 }
 
 TEST_F(PreferenceStoreFailures, ALockThatCannotBeMadeDoesNotStopUs) {

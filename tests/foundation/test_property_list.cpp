@@ -4,6 +4,7 @@
 #include <random>
 
 #include "foundation/property_list.h"
+#include "foundation/xml_well_formed.h"
 #include "store_test_support.h"
 
 namespace cocoa {
@@ -113,13 +114,27 @@ TEST(PropertyList, LeavesValuesOfOtherKindsAsTheyCame) {
       "\t\t\t<dict>\n\t\t\t\t<key>k</key>\n\t\t\t\t<data>!not base64!</data>\n\t\t\t</dict>\n\t\t</array>\n";
   PropertyList list = read(plist(others));
   EXPECT_TRUE(list.contains("i"));
-  EXPECT_FALSE(list.value("i"));
+  EXPECT_THAT(list.value("i"), Optional(PropertyListValue(OpaqueValue{"integer"})));
+  EXPECT_THAT(list.value("a"), Optional(PropertyListValue(OpaqueValue{"array"})));
   EXPECT_FALSE(list.contains("k")) << "a key inside a value";
 
   list.setValue("new", text("v"));
   EXPECT_EQ(list.xml(), plist(others + "\t\t<key>new</key>\n\t\t<string>v</string>\n"));
   list.removeValue("new");
   EXPECT_EQ(list.xml(), plist(others));
+}
+
+TEST(PropertyList, DataThatIsNoneIsThereAndStays) {
+  PropertyList list = read(plist("<key>d</key><data>***</data>"));
+  EXPECT_THAT(list.value("d"), Optional(PropertyListValue(OpaqueValue{"data"})));
+  list.setValue("new", text("v"));
+  EXPECT_THAT(list.xml(), HasSubstr("<data>***</data>"));
+}
+
+TEST(PropertyList, KeepsTheSpacesOfOthersTexts) {
+  PropertyList list = read(plist("<key> k </key><string>  <![CDATA[ a ]]> <!-- c --> b </string>"));
+  EXPECT_THAT(list.value(" k "), Optional(text("   a   b ")));
+  EXPECT_THAT(read(list.xml()).value(" k "), Optional(text("   a   b ")));
 }
 
 TEST(PropertyList, ReplacesAValueWhereItStands) {
@@ -143,7 +158,16 @@ TEST(PropertyList, RefusesWhatIsNoPropertyList) {
   EXPECT_THAT(cause_of_refusal("<plist><array/></plist>"), HasSubstr("not a property list"));
   EXPECT_THAT(cause_of_refusal("<dict/>"), HasSubstr("not a property list"));
   EXPECT_THAT(cause_of_refusal("<plist><dict/><dict/></plist>"), HasSubstr("not a property list"));
-  EXPECT_THAT(cause_of_refusal("<plist><dict/></plist><plist/>"), HasSubstr("not a property list"));
+  EXPECT_THAT(cause_of_refusal("<plist><dict/></plist><plist/>"), HasSubstr("beside the one element"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a</key><uid/>")), HasSubstr("unknown kind"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a</key><array><strinh>b</strinh></array>")),
+              HasSubstr("unknown kind"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a</key><dict><true/></dict>")), HasSubstr("pair"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a</key><string><b/></string>")), HasSubstr("of its kind"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a</key><true>x</true>")), HasSubstr("of its kind"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a<true/></key><true/>")), HasSubstr("key that is no text"));
+  EXPECT_THAT(cause_of_refusal(plist("lost<key>a</key><true/>")), HasSubstr("text between"));
+  EXPECT_THAT(cause_of_refusal(plist("<key>a</key><array>lost</array>")), HasSubstr("text between"));
   EXPECT_THAT(cause_of_refusal(plist("<key>a</key>")), HasSubstr("pair"));
   EXPECT_THAT(cause_of_refusal(plist("<string>a</string>")), HasSubstr("pair"));
   EXPECT_THAT(cause_of_refusal(plist("<key>a</key><key>b</key>")), HasSubstr("pair"));
@@ -159,18 +183,20 @@ TEST(PropertyList, RefusesDeepNestingWithoutRunningOutOfStack) {
   EXPECT_THAT(cause_of_refusal(plist("<key>a</key>" + deep)), HasSubstr("too deeply"));
 }
 
-TEST(PropertyList, DoesNotExpandEntities) {
-  const PropertyList list = read(
-      "<!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY f SYSTEM \"file:///etc/hostname\">]>"
-      "<plist><dict><key>k</key><string>&a;&f;</string></dict></plist>");
-  EXPECT_THAT(list.value("k"), Optional(text("&a;&f;")));
+TEST(PropertyList, RefusesEntitiesOfItsOwn) {
+  EXPECT_NE(cause_of_refusal(
+                "<!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY f SYSTEM \"file:///etc/hostname\">]>"
+                "<plist><dict><key>k</key><string>&a;&f;</string></dict></plist>"),
+            "");
+  EXPECT_NE(cause_of_refusal(plist("<key>k</key><string>&a;</string>")), "");
 }
 
 TEST(PropertyList, SurvivesDamage) {
   constexpr unsigned kSeed = 7;
   SCOPED_TRACE("seed " + std::to_string(kSeed));
   std::mt19937 random(kSeed);
-  const std::string whole = plist("<key>a</key><data>Zm9v</data><key>b</key><array><true/></array>");
+  const std::string whole = plist(
+      "<key>a</key><data>Zm9v</data><key>b</key><array><true/><string x=\"y\">&amp;&#65;</string></array>");
   for (size_t length = 0; length + 2 < whole.size(); ++length)
     EXPECT_NE(cause_of_refusal(whole.substr(0, length)), "") << length;
   for (int round = 0; round < 20000; ++round) {
@@ -180,7 +206,9 @@ TEST(PropertyList, SurvivesDamage) {
     std::string cause;
     if (auto list = PropertyList::fromXML(damaged, cause)) {
       list->setValue("a", text("new"));
-      EXPECT_THAT(read(list->xml()).value("a"), Optional(text("new")));
+      const std::string written = list->xml();
+      EXPECT_EQ(xml_fault(written), nullptr) << damaged;
+      EXPECT_THAT(read(written).value("a"), Optional(text("new")));
     }
   }
 }
