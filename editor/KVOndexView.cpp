@@ -90,8 +90,10 @@ const Class KVOndexView::class_ = {
     .outlets = outlets,
     .actions = actions};
 
-KVOndexView::KVOndexView(NSRect frame) : NSView(frame) {
-  seed_color_preferences();
+KVOndexView::KVOndexView(NSRect frame) : NSView(frame), seeding_(&seed_empty_color_preferences) {
+  constexpr double until_next_try = 0.2;
+  if (!seed_color_preferences())
+    seeding_.tryWithin(until_next_try);
 }
 
 KVOndexView::~KVOndexView() {

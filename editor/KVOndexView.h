@@ -7,6 +7,7 @@
 #include "drawing/KV_Ondex_Button_View.h"
 #include "drawing/KV_Ondex_Label_View.h"
 #include "editor/KV_Ondex_Preference_Controller.h"
+#include "editor/repeated_attempt.h"
 #include "foundation/weak_outlets.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
@@ -26,7 +27,8 @@ class KVOndexView : public cocoa::NSView {
   static const cocoa::Class class_;
   const cocoa::Class& isa() const override { return class_; }
 
-  /// initWithFrame: stores the default colours unless the user has both.
+  /// initWithFrame: stores the default colours unless the user has both. While they cannot be written, as
+  /// another process is writing, that is tried again, as long as there are none.
   explicit KVOndexView(cocoa::NSRect frame);
   ~KVOndexView() override;
   /// Configures every control and selects the depth readout. An outlet that the interface file does not
@@ -97,6 +99,8 @@ class KVOndexView : public cocoa::NSView {
                          cocoa::NSColor* info_color);
   void update_graph(const KV_Ondex_Parameter_Control_View* changed, float value);
   void point_knob_at(KV_Ondex_Parameter_Control_View* shown);
+
+  RepeatedAttempt seeding_;
 };
 
 /// The event listener's callback: hands the event to the view that `refcon` is. The host time is not needed.

@@ -18,10 +18,20 @@ constexpr WeakOutlet weak_outlets[] = {
 };
 constexpr auto outlets = outlets_of(weak_outlets);
 
-constexpr Action actions[] = {{SEL("changeColor:"), MethodAction<&Controller::changeColor>::perform}};
+constexpr SEL change_ended_selector("colorChangeEnded:");
 
-void show_stored_color(NSColorWell* well, const ColorPreference& preference) {
+constexpr Action actions[] = {
+    {SEL("changeColor:"), MethodAction<&Controller::changeColor>::perform},
+    {change_ended_selector, MethodAction<&Controller::colorChangeEnded>::perform},
+};
+
+/// In seconds, of a colour that the user is still changing: 0.2 with the time that a host may let pass
+/// between two of its idle calls.
+constexpr double longest_unwritten = 0.15;
+
+void prepare(NSColorWell* well, const ColorPreference& preference) {
   send(well, &NSColorWell::setColor, preferred_color(preference).get());
+  send(well, &NSColorWell::setEndAction, change_ended_selector);
 }
 
 }  // namespace
@@ -34,14 +44,20 @@ const Class KV_Ondex_Preference_Controller::class_ = {
     .actions = actions};
 
 KV_Ondex_Preference_Controller::KV_Ondex_Preference_Controller()
-    : NSWindowController("KV_Ondex_Preferences") {}
+    : NSWindowController("KV_Ondex_Preferences"), writing_(&synchronize_color_preferences) {}
+
+KV_Ondex_Preference_Controller::~KV_Ondex_Preference_Controller() {
+  // A drag ends here, while there is still somebody to hear of it.
+  close();
+  colorChangeEnded(nullptr);
+}
 
 void KV_Ondex_Preference_Controller::windowDidLoad() {
   // By now a well that nobody keeps has gone, too.
   log_missing_outlets(*this, weak_outlets);
   refresh_color_preferences();
-  show_stored_color(_info_color_well, info_color_preference);
-  show_stored_color(_readout_color_well, readout_color_preference);
+  prepare(_info_color_well, info_color_preference);
+  prepare(_readout_color_well, readout_color_preference);
   // A host's own panels float; the window must not get lost behind them.
   window()->setLevel(CGWindowLevelForKey(kCGStatusWindowLevelKey));
 }
@@ -57,7 +73,16 @@ void KV_Ondex_Preference_Controller::changeColor(NSObject* sender) {
   } else {
     return;
   }
-  synchronize_color_preferences();
+  if (well->isPicking()) {
+    writing_.tryWithin(longest_unwritten);
+  } else {
+    writing_.tryNow();
+  }
+}
+
+void KV_Ondex_Preference_Controller::colorChangeEnded(NSObject*) {
+  if (writing_.isWaiting())
+    writing_.tryNow();
 }
 
 }  // namespace ondex

@@ -15,6 +15,16 @@ Ref<NSObject> stored_value(const ColorPreference& preference) {
                                 kCFPreferencesCurrentHost);
 }
 
+bool store_defaults() {
+  store_color(info_color_preference, *default_color(info_color_preference));
+  store_color(readout_color_preference, *default_color(readout_color_preference));
+  if (synchronize_color_preferences())
+    return true;
+  forget_unwritten_preference(info_color_preference.key);
+  forget_unwritten_preference(readout_color_preference.key);
+  return false;
+}
+
 }  // namespace
 
 Ref<NSColor> default_color(const ColorPreference& preference) {
@@ -39,9 +49,9 @@ void store_color(const ColorPreference& preference, const NSColor& color) {
                         kCFPreferencesAnyApplication, kCFPreferencesCurrentUser, kCFPreferencesCurrentHost);
 }
 
-void synchronize_color_preferences() {
-  CFPreferencesSynchronize(kCFPreferencesAnyApplication, kCFPreferencesCurrentUser,
-                           kCFPreferencesCurrentHost);
+bool synchronize_color_preferences() {
+  return CFPreferencesSynchronize(kCFPreferencesAnyApplication, kCFPreferencesCurrentUser,
+                                  kCFPreferencesCurrentHost);
 }
 
 void refresh_color_preferences() {
@@ -49,15 +59,14 @@ void refresh_color_preferences() {
   synchronize_color_preferences();
 }
 
-void seed_color_preferences() {
+bool seed_color_preferences() {
   refresh_color_preferences();
-  const Ref<NSObject> info = stored_value(info_color_preference);
-  const Ref<NSObject> readout = stored_value(readout_color_preference);
-  if (info && readout)
-    return;
-  store_color(info_color_preference, *default_color(info_color_preference));
-  store_color(readout_color_preference, *default_color(readout_color_preference));
-  synchronize_color_preferences();
+  return (stored_value(info_color_preference) && stored_value(readout_color_preference)) || store_defaults();
+}
+
+bool seed_empty_color_preferences() {
+  refresh_color_preferences();
+  return stored_value(info_color_preference) || stored_value(readout_color_preference) || store_defaults();
 }
 
 }  // namespace ondex

@@ -20,19 +20,24 @@ inline constexpr ColorPreference readout_color_preference = {"com.kelvane.gyrand
 
 cocoa::Ref<cocoa::NSColor> default_color(const ColorPreference& preference);
 
-/// The stored colour; the default when nothing is stored or what is stored is not an archived colour.
+/// The stored colour; the default when nothing is stored or what is stored is not an archived colour, which
+/// is left as it is.
 cocoa::Ref<cocoa::NSColor> preferred_color(const ColorPreference& preference);
 
-/// Stores a colour under the preference's key, in memory; synchronize_color_preferences() writes it to disk.
+/// Stores a colour under the preference's key, in memory: editors of this process that are opened from now on
+/// show it. synchronize_color_preferences() writes it to disk; false when it cannot at the moment.
 void store_color(const ColorPreference& preference, const cocoa::NSColor& color);
-void synchronize_color_preferences();
+bool synchronize_color_preferences();
 
 /// Makes the next reading see what other processes have stored meanwhile. What could not be written before is
 /// tried again.
 void refresh_color_preferences();
 
-/// Stores both defaults unless both keys are present in the store as it is now: one alone is a store that
-/// somebody half cleared, and is overwritten too.
-void seed_color_preferences();
+/// Stores both defaults unless both keys are present in the store as it is now, whatever their values are:
+/// one alone is a store that somebody half cleared, and is overwritten too. False when they cannot be written
+/// at the moment; nothing is then kept to be written, as the store may be another one when it can be.
+bool seed_color_preferences();
+/// The same at such a later moment: a colour that somebody has stored meanwhile stays, and is success.
+bool seed_empty_color_preferences();
 
 }  // namespace ondex

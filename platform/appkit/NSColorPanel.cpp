@@ -118,6 +118,8 @@ void NSColorPanel::addViews() {
   comparison_ = make<ColorComparisonView>(comparison_frame);
   field_->picked = [this](const Hsb& hsb) { pick(hsb); };
   hues_->picked = [this](const Hsb& hsb) { pick(hsb); };
+  field_->released = [this] { endPicking(); };
+  hues_->released = [this] { endPicking(); };
   comparison_->restored = [this] { restore(); };
   ground->addSubview(field_.get());
   ground->addSubview(hues_.get());
@@ -136,6 +138,8 @@ void NSColorPanel::edit(NSColorWell* well) {
   const Ref<NSColorWell> before(well_.get());
   if (before == well)
     return;
+  const Ref<NSColorPanel> self(this);
+  endPicking();
   well_ = WeakRef<NSColorWell>(well);
   if (before)
     before->setNeedsDisplay(true);
@@ -156,11 +160,20 @@ void NSColorPanel::setColor(NSColor* color) {
 }
 
 void NSColorPanel::pick(const Hsb& hsb) {
+  picking_ = true;
   hsb_ = hsb;
   take(color_of(hsb).get());
 }
 
+void NSColorPanel::endPicking() {
+  const Ref<NSColorPanel> self(this);
+  picking_ = false;
+  if (const Ref<NSColorWell> well = well_.get())
+    well->pickingEnded();
+}
+
 void NSColorPanel::restore() {
+  endPicking();
   hsb_ = hsb_of(*previous_, hsb_);
   take(previous_.get());
 }
@@ -198,6 +211,7 @@ void NSColorPanel::takeEntry(NSObject* sender) {
   if (found == entries_.end())
     return;
   const Ref<NSColorPanel> self(this);
+  endPicking();
   const auto which = static_cast<Entry>(found - entries_.begin());
   // Return leaves the entry open, with the numbers as they are now; leaving it does not.
   const bool stays = (*found)->isEditing();

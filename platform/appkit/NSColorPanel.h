@@ -38,6 +38,8 @@ class NSColorPanel : public NSWindow, private NSWindowDelegate {
   /// Picks for that well from now on, starting with its colour; for none when null. Not retained.
   void edit(NSColorWell* well);
   NSColorWell* well() const { return well_.get(); }
+  /// Whether the user holds the mouse on a field of colours, so that the colour may change with each motion.
+  bool isPicking() const { return picking_; }
 
   /// Red, green and blue from 0 to 255, and all three in hexadecimal.
   enum Entry : size_t { red, green, blue, hexadecimal };
@@ -58,6 +60,7 @@ class NSColorPanel : public NSWindow, private NSWindowDelegate {
   void windowWillClose(NSWindow* window) override;
   void addViews();
   void pick(const Hsb& hsb);
+  void endPicking();
   void restore();
   void take(NSColor* color);
   void showColor();
@@ -66,6 +69,7 @@ class NSColorPanel : public NSWindow, private NSWindowDelegate {
   Ref<NSColor> color_ = NSColor::blackColor();
   Ref<NSColor> previous_ = NSColor::blackColor();
   Hsb hsb_;
+  bool picking_ = false;
   WeakRef<NSColorWell> well_;
   Ref<SaturationBrightnessView> field_;
   Ref<HueView> hues_;

@@ -1,5 +1,7 @@
 #include "appkit/NSColorWell.h"
 
+#include <utility>
+
 #include "appkit/NSColorPanel.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSGraphicsContext.h"
@@ -56,8 +58,18 @@ void NSColorWell::takeColorFrom(const NSColorPanel& panel) {
     return;
   color_ = panel.color();
   setNeedsDisplay(true);
-  if (const Ref<NSObject> target = target_.get(); target && action_)
-    target->performSelector_withObject(action_, this);
+  picking_ = panel.isPicking();
+  send(action_);
+}
+
+void NSColorWell::pickingEnded() {
+  if (std::exchange(picking_, false))
+    send(end_action_);
+}
+
+void NSColorWell::send(SEL action) {
+  if (const Ref<NSObject> target = target_.get(); target && action)
+    target->performSelector_withObject(action, this);
 }
 
 bool NSColorWell::isActive() const {

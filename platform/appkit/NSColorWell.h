@@ -27,6 +27,12 @@ class NSColorWell : public NSView, public ActionSource {
   void setColor(NSColor* color);
   /// What the panel's user has picked: sends the action if it is another colour.
   void takeColorFrom(const NSColorPanel& panel);
+  /// Whether the action is sent for a colour that the user is still changing, with the mouse held in the
+  /// panel.
+  bool isPicking() const { return picking_; }
+  /// The user has released the mouse, or cannot any more: sends the end action if there was a change
+  /// meanwhile.
+  void pickingEnded();
 
   bool isActive() const;
   /// Opens the colour panel, or brings it to the front. Nothing without a window.
@@ -34,6 +40,8 @@ class NSColorWell : public NSView, public ActionSource {
   void deactivate();
 
   void setTarget_action(NSObject* target, SEL action) override;
+  /// Sent to the same target after the last of the changes that were made with the mouse held.
+  void setEndAction(SEL action) { end_action_ = action; }
   void setBordered(bool bordered);
 
   void mouseDown(NSEvent* event) override;
@@ -47,13 +55,16 @@ class NSColorWell : public NSView, public ActionSource {
 
  private:
   void setPressed(bool pressed);
+  void send(SEL action);
 
   Ref<NSColor> color_;
   Ref<NSColorPanel> panel_;  ///< of the window, since this well was first active in it
   WeakRef<NSObject> target_;
   SEL action_;
+  SEL end_action_;
   bool bordered_ = true;
   bool pressed_ = false;
+  bool picking_ = false;
 };
 
 }  // namespace cocoa

@@ -19,10 +19,16 @@ class SaturationBrightnessView : public NSView {
   using NSView::NSView;
   /// Called with the colour under the pointer, on a press and on every drag, which may leave the view.
   std::function<void(const Hsb&)> picked;
+  /// Called when the mouse is released.
+  std::function<void()> released;
   void show(const Hsb& hsb);
 
   void mouseDown(NSEvent* event) override { pick(event); }
   void mouseDragged(NSEvent* event) override { pick(event); }
+  void mouseUp(NSEvent*) override {
+    if (released)
+      released();
+  }
   bool mouseDownCanMoveWindow() const override { return false; }
   void drawRect(NSRect dirty) override;
 
@@ -38,10 +44,16 @@ class HueView : public NSView {
  public:
   using NSView::NSView;
   std::function<void(const Hsb&)> picked;
+  /// Called when the mouse is released.
+  std::function<void()> released;
   void show(const Hsb& hsb);
 
   void mouseDown(NSEvent* event) override { pick(event); }
   void mouseDragged(NSEvent* event) override { pick(event); }
+  void mouseUp(NSEvent*) override {
+    if (released)
+      released();
+  }
   bool mouseDownCanMoveWindow() const override { return false; }
   void drawRect(NSRect dirty) override;
 

@@ -21,15 +21,21 @@ class Listener : public NSObject {
   const Class& isa() const override { return class_; }
   void changed(NSObject* sender) {
     colors.push_back(components(*dynamic_cast<NSColorWell*>(sender)->color()));
+    was_picking.push_back(dynamic_cast<NSColorWell*>(sender)->isPicking());
     if (then)
       then();
   }
+  void ended(NSObject*) { ends.push_back(colors.size()); }
   std::vector<std::vector<double>> colors;
+  std::vector<size_t> ends;  ///< the number of changes before each
+  std::vector<bool> was_picking;
   std::function<void()> then;
 };
 
 constexpr SEL changed_selector("changed:");
-constexpr Action listener_actions[] = {{changed_selector, MethodAction<&Listener::changed>::perform}};
+constexpr SEL ended_selector("ended:");
+constexpr Action listener_actions[] = {{changed_selector, MethodAction<&Listener::changed>::perform},
+                                       {ended_selector, MethodAction<&Listener::ended>::perform}};
 const Class Listener::class_ = {
     .name = "Listener", .superclass = &NSObject::class_, .actions = listener_actions};
 
@@ -46,6 +52,8 @@ class ColorWellTest : public WindowFixture {
     turn();
     well->setTarget_action(listener.get(), changed_selector);
     second->setTarget_action(listener.get(), changed_selector);
+    well->setEndAction(ended_selector);
+    second->setEndAction(ended_selector);
   }
   void click(HeadlessWindow& where, NSPoint point) {
     where.press(point);
@@ -163,6 +171,43 @@ TEST_F(ColorWellTest, SendsItsActionOnlyForAnotherColor) {
   activate();
   click(opened(), {16, 207});
   EXPECT_THAT(listener->colors, IsEmpty()) << "it is white already";
+}
+
+TEST_F(ColorWellTest, TellsWhenTheChangesOfADragHaveEnded) {
+  activate();
+  opened().press({16, 207});
+  opened().drag_to({100, 100});
+  turn();
+  EXPECT_TRUE(well->isPicking());
+  EXPECT_THAT(listener->ends, IsEmpty());
+  opened().release();
+  turn();
+  EXPECT_FALSE(well->isPicking());
+  EXPECT_THAT(listener->ends, ElementsAre(2));
+  click(opened(), {230, 100});
+  EXPECT_THAT(listener->ends, ElementsAre(2, 3));
+  click(opened(), {230, 100});
+  EXPECT_THAT(listener->ends, ElementsAre(2, 3)) << "nothing has changed";
+  type(red_entry, "7");
+  click(opened(), {340, 180});
+  EXPECT_THAT(listener->was_picking, ElementsAre(true, true, true, false, false));
+  EXPECT_THAT(listener->ends, ElementsAre(2, 3));
+}
+
+TEST_F(ColorWellTest, ADragThatIsCutOffHasEndedToo) {
+  activate();
+  opened().press({16, 207});
+  turn();
+  opened().requestClose();
+  turn();
+  EXPECT_FALSE(well->isPicking());
+  EXPECT_THAT(listener->ends, ElementsAre(1));
+  activate();
+  opened().press({100, 100});
+  turn();
+  second->activate();
+  EXPECT_THAT(listener->ends, ElementsAre(1, 2));
+  EXPECT_FALSE(well->isPicking());
 }
 
 TEST_F(ColorWellTest, AClickOnThePreviousColorBringsItBackExactly) {

@@ -71,6 +71,11 @@ class PreferencesTest : public EditorFixture {
     well->setColor(color);
     controller.changeColor(well);
   }
+  /// Lets the time pass in which changes made with the mouse held are written.
+  void settle_on_disk() {
+    clock.advance(0.2);
+    both_turn();
+  }
   cocoa::HeadlessWindow& newest() { return *system.newestWindow(); }
 
   cocoa::HeadlessWindowSystem system{clock};

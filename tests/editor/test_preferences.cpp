@@ -175,9 +175,11 @@ TEST_F(PreferencesTest, WhatIsPickedInTheColourPanelIsStoredWhileTheMouseMoves) 
   // The lower left corner of the square is black, the upper left one white.
   panel.press({16, 16});
   both_turn();
+  settle_on_disk();
   EXPECT_EQ(on_disk(readout_color_preference), archived(*rgb(0, 0, 0)));
   panel.drag_to({16, 207});
   both_turn();
+  settle_on_disk();
   EXPECT_EQ(on_disk(readout_color_preference), archived(*rgb(1, 1, 1)));
   panel.release();
   EXPECT_EQ(on_disk(info_color_preference), archived(*default_color(info_color_preference)));

@@ -67,15 +67,21 @@ TEST_F(PreferencesTest, AFullDiskIsReportedAndLeavesTheOldColours) {
 
 // Two processes
 
-/// In a child: with every byte that comes, the next colour of one well is changed; then a byte goes back.
-[[noreturn]] void change_on_demand(int commands, int answers, bool info) {
+/// In a child: with every byte that comes, the next colour of one well is changed; once it is on disk, which
+/// takes a while where the other process is writing at the moment, a byte goes back.
+[[noreturn]] void change_on_demand(ManualClock& clock, int commands, int answers, bool info) {
   const auto controller = make<KV_Ondex_Preference_Controller>();
   const bool loaded = controller->window() != nullptr;
   NSColorWell* well = info ? controller->_info_color_well : controller->_readout_color_well;
   uint8_t round = 0;
   while (loaded && read(commands, &round, 1) == 1) {
-    well->setColor(rgb(round / 255.0, info ? 1 : 0, 0).get());
+    const Ref<NSColor> color = rgb(round / 255.0, info ? 1 : 0, 0);
+    well->setColor(color.get());
     controller->changeColor(well);
+    while (on_disk(info ? info_color_preference : readout_color_preference) != archived(*color)) {
+      clock.advance(0.2);
+      CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
+    }
     if (write(answers, &round, 1) != 1)
       break;
   }
@@ -94,7 +100,7 @@ TEST_F(PreferencesTest, TwoProcessesThatChangeDifferentColoursAtTheSameMomentLos
     if (process.id == 0) {
       for (const Process& each : processes)
         close(each.commands[1]);
-      change_on_demand(process.commands[0], process.answers[1], &process == processes);
+      change_on_demand(clock, process.commands[0], process.answers[1], &process == processes);
     }
     close(process.commands[0]);
     close(process.answers[1]);
