@@ -1,18 +1,20 @@
 #include "standalone/interactive.h"
 
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
-#include <cstdio>
+#include <iterator>
 
 #include "foundation/CFRunLoop.h"
+#include "foundation/NSLog.h"
+#include "foundation/visible_text.h"
+#include "standalone/command_input.h"
 #include "standalone/commands.h"
 #include "standalone/editor_window.h"
-#include "standalone/text_lines.h"
+#include "standalone/end_signals.h"
+#include "standalone/standard_streams.h"
 #include "standalone/values.h"
 #include "windows/x11.h"
 
@@ -26,45 +28,18 @@ namespace {
 constexpr double until_shown = 0.051;
 
 void print_line(const std::string& line) {
-  const std::string text = line + "\n";
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  std::fflush(stdout);
+  write_text(STDOUT_FILENO, line + "\n");
 }
 
 void complain(const std::string& error) {
-  const std::string text = "ondex: " + error + "\n";
-  std::fwrite(text.data(), 1, text.size(), stderr);
+  NSLog("ondex: %s", visible_text(error).c_str());
 }
-
-/// SIGINT and SIGTERM as a descriptor to poll.
-class EndSignals {
- public:
-  EndSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
-    // A reader of our output may go; that is no reason to end.
-    std::signal(SIGPIPE, SIG_IGN);
-  }
-  ~EndSignals() {
-    if (descriptor_ >= 0)
-      close(descriptor_);
-  }
-  EndSignals(const EndSignals&) = delete;
-  EndSignals& operator=(const EndSignals&) = delete;
-  int descriptor() const { return descriptor_; }
-
- private:
-  int descriptor_ = -1;
-};
 
 /// The program while its window is open.
 class Session : private NSWindowDelegate {
  public:
-  Session(WindowSystem& system, EditorWindow& editor) : system_(system), editor_(editor) {
+  Session(WindowSystem& system, EditorWindow& editor, const EndSignals& signals)
+      : system_(system), editor_(editor), signals_(signals) {
     editor_.effect().onWrite([](AudioUnitParameterID id, Float32 value) {
       print_line("parameter " + std::to_string(id) + " " + text_of(value));
     });
@@ -76,10 +51,10 @@ class Session : private NSWindowDelegate {
   Session& operator=(const Session&) = delete;
 
   void run() {
-    while (!ended_) {
+    while (!ended()) {
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
       serve_lines();
-      if (!ended_)
+      if (!ended())
         wait();
     }
   }
@@ -89,9 +64,13 @@ class Session : private NSWindowDelegate {
 
   static const Clock& clock() { return CFRunLoopGetCurrent()->clock(); }
 
-  /// Until something comes in, a timer is due, or a picture that waits may be made.
+  bool ended() const { return ended_ || EndSignals::came_through(); }
+
+  /// Until something comes in, a timer is due, or a picture that waits may be made. Until then no more lines
+  /// are read: they would only pile up.
   void wait() {
-    pollfd descriptors[] = {{input_open_ ? STDIN_FILENO : -1, POLLIN, 0},
+    const int input = picture_waits_ ? -1 : input_.descriptor(clock().now());
+    pollfd descriptors[] = {{input, POLLIN, 0},
                             {system_.descriptor(), POLLIN, 0},
                             {CFRunLoopGetCurrent()->wakeDescriptor(), POLLIN, 0},
                             {signals_.descriptor(), POLLIN, 0}};
@@ -104,31 +83,24 @@ class Session : private NSWindowDelegate {
 
   int timeout() const {
     double until = CFRunLoopGetCurrent()->nextTimerFireDate();
-    if (picture_waits_)
-      until = std::min(until, last_change_ + until_shown);
+    const double now = clock().now();
+    until = std::min(until, picture_waits_ ? last_change_ + until_shown : input_.again(now));
     if (std::isinf(until))
       return -1;
-    const double milliseconds = std::ceil((until - clock().now()) * 1000);
+    const double milliseconds = std::ceil((until - now) * 1000);
     return static_cast<int>(std::clamp(milliseconds, 0.0, 60000.0));
   }
 
   void read_input() {
-    char bytes[4096];
-    const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
-    // The end of the input leaves the window open.
-    if (count <= 0)
-      input_open_ = false;
-    if (count > 0)
-      lines_.append({bytes, static_cast<size_t>(count)});
-    if (!lines_.overlong())
-      return;
-    complain("a line without an end");
-    lines_.drop_overlong();
+    // Another reader of the same input may have been quicker.
+    const EndSignals::Interruptible interruptible;
+    if (!input_.read(clock().now()))
+      complain("a line without an end");
   }
 
   /// Serves the lines that have come; a picture, and what follows it, waits until the changes before it show.
   void serve_lines() {
-    while (!ended_ && !picture_is_early() && (picture_waits_ || take_command())) {
+    while (!ended() && !picture_is_early() && (picture_waits_ || take_command())) {
       picture_waits_ = command_.kind == CommandKind::screenshot;
       if (picture_is_early())
         return;
@@ -140,10 +112,9 @@ class Session : private NSWindowDelegate {
   bool picture_is_early() const { return picture_waits_ && clock().now() < last_change_ + until_shown; }
 
   bool take_command() {
-    std::string line;
-    while (lines_.take(line)) {
+    while (const auto line = input_.lines().take()) {
       command_ = Command();
-      if (const std::string error = read_command(line, command_); !error.empty()) {
+      if (const std::string error = read_command(*line, command_); !error.empty()) {
         complain(error);
       } else if (command_.kind != CommandKind::none) {
         return true;
@@ -166,14 +137,19 @@ class Session : private NSWindowDelegate {
       case CommandKind::screenshot:
         // What has just become due is still to be shown.
         CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
-        editor_.write_picture(command_.file.c_str());
-        return;
+        return write_picture();
       case CommandKind::quit:
         ended_ = true;
         return;
       case CommandKind::none:
         return;
     }
+  }
+
+  void write_picture() {
+    // The file may be a FIFO, which waits for its reader.
+    const EndSignals::Interruptible interruptible;
+    editor_.write_picture(command_.file.c_str());
   }
 
   void list() {
@@ -186,11 +162,10 @@ class Session : private NSWindowDelegate {
 
   WindowSystem& system_;
   EditorWindow& editor_;
-  EndSignals signals_;
-  TextLines lines_;
+  const EndSignals& signals_;
+  CommandInput input_;
   Command command_;
   double last_change_ = 0;
-  bool input_open_ = true;
   bool picture_waits_ = false;
   bool ended_ = false;
 };
@@ -198,6 +173,9 @@ class Session : private NSWindowDelegate {
 }  // namespace
 
 int run_interactive(const Options& options) {
+  ignore_terminal_stops();
+  EndSignals signals;
+  const NSLogHook log([](std::string_view line) { write_text(STDERR_FILENO, std::string(line) + "\n"); });
   const NSAutoreleasePool pool;
   const std::unique_ptr<WindowSystem> system = make_x11_window_system(nullptr, options.scale.value_or(0.0));
   if (!system)
@@ -208,7 +186,8 @@ int run_interactive(const Options& options) {
   EditorWindow editor(*system, options.changes);
   if (!editor.open())
     return 1;
-  Session(*system, editor).run();
+  signals.hold_back();
+  Session(*system, editor, signals).run();
   if (system->connected())
     return 0;
   complain("the connection to the display was lost");

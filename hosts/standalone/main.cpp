@@ -1,9 +1,11 @@
 #include <cstdio>
 #include <string>
 
+#include "foundation/visible_text.h"
 #include "standalone/interactive.h"
 #include "standalone/options.h"
 #include "standalone/screenshot.h"
+#include "standalone/standard_streams.h"
 
 namespace {
 
@@ -16,11 +18,13 @@ void print(FILE* file, const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (!ondex::open_standard_streams())
+    return 1;
   ondex::Options options;
   const std::span<const char* const> arguments(argv, static_cast<size_t>(argc));
   const std::string error = ondex::read_options(arguments.subspan(argc > 0 ? 1 : 0), options);
   if (!error.empty()) {
-    print(stderr, "ondex: " + error + "\n");
+    print(stderr, "ondex: " + cocoa::visible_text(error) + "\n");
     return bad_usage;
   }
   if (options.help) {

@@ -14,26 +14,33 @@ void TextLines::append(std::string_view bytes) {
     bytes.remove_prefix(end + 1);
     dropping_ = false;
   }
-  pending_ += bytes;
+  // Here and not at every line: each byte is moved at most once for every one that comes.
+  if (taken_ >= bytes_.size() - taken_) {
+    bytes_.erase(0, taken_);
+    taken_ = 0;
+  }
+  bytes_ += bytes;
 }
 
-bool TextLines::take(std::string& line) {
-  const size_t end = pending_.find('\n');
-  if (end == std::string::npos)
-    return false;
-  line = pending_.substr(0, end);
-  if (!line.empty() && line.back() == '\r')
-    line.pop_back();
-  pending_.erase(0, end + 1);
-  return true;
+std::optional<std::string_view> TextLines::take() {
+  const std::string_view rest = pending();
+  const size_t end = rest.find('\n');
+  if (end == std::string_view::npos)
+    return std::nullopt;
+  taken_ += end + 1;
+  std::string_view line = rest.substr(0, end);
+  if (line.ends_with('\r'))
+    line.remove_suffix(1);
+  return line;
 }
 
 bool TextLines::overlong() const {
-  return pending_.size() > longest_line && pending_.find('\n') == std::string::npos;
+  return pending().size() > longest_line && pending().find('\n') == std::string_view::npos;
 }
 
 void TextLines::drop_overlong() {
-  pending_.clear();
+  bytes_.clear();
+  taken_ = 0;
   dropping_ = true;
 }
 

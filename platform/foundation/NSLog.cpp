@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "foundation/visible_text.h"
+
 namespace cocoa {
 
 namespace {
@@ -31,6 +33,7 @@ void NSLog(const char* format, ...) {
     std::vsnprintf(message.data(), message.size() + 1, format, again);
   va_end(again);
   va_end(arguments);
+  message = visible_text(message);
 
   if (innermost_hook) {
     innermost_hook->hook_(message);

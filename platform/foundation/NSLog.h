@@ -7,7 +7,8 @@
 
 namespace cocoa {
 
-/// Logs one message; the text is the format, as printf's. Newline is added. Any thread.
+/// Logs one message; the text is the format, as printf's. Newline is added. Control characters, of which
+/// names of files may be full, are written as visible_text() does. Any thread.
 void NSLog(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 /// While it lives, messages logged on this thread go to `hook` instead of standard error, such as to a

@@ -23,7 +23,7 @@ FileText read_text_file(const std::string& path);
 /// line, is worded to follow the file's name; empty on success.
 std::string parse_xml(std::string_view text, pugi::xml_document& document);
 
-/// `text` with control characters and overlong ends removed, fit for one line of a log.
+/// `text` without its end where it is overlong, fit for one line of a log as visible_text() makes it.
 std::string one_line(std::string_view text);
 
 }  // namespace cocoa

@@ -42,16 +42,20 @@ void SessionTest::launch(std::vector<std::string> arguments, const Environment& 
 
 void SessionTest::start(std::vector<std::string> arguments, const Environment& environment) {
   launch(std::move(arguments), environment);
-  const bool shown = wait_until([this] {
-    window = find_window(user.root());
-    return window != XCB_WINDOW_NONE && user.viewable(window);
-  });
-  ASSERT_TRUE(shown) << program->errors();
+  wait_for_window();
   EXPECT_TRUE(!managed || user.wait_for_manager());
   settle();
   // The controls have been told the effect's values by the time that the first picture may be made.
   wait_for_picture();
   program->forget_output();
+}
+
+void SessionTest::wait_for_window() {
+  const bool shown = wait_until([this] {
+    window = find_window(user.root());
+    return window != XCB_WINDOW_NONE && user.viewable(window);
+  });
+  ASSERT_TRUE(shown) << program->errors();
 }
 
 void SessionTest::expect_quiet_end() {

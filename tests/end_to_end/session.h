@@ -30,6 +30,8 @@ class SessionTest : public testing::Test {
   void launch(std::vector<std::string> arguments = {}, const Environment& environment = {});
   /// The same, until its window is there and the first picture drawn.
   void start(std::vector<std::string> arguments = {}, const Environment& environment = {});
+  /// Until the window is there.
+  void wait_for_window();
   /// Sends "quit" and expects a good end with nothing on standard error.
   void expect_quiet_end();
 

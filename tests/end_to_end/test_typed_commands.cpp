@@ -75,6 +75,10 @@ TEST_F(CommandSession, WhatCannotBeDoneIsSaidAndChangesNothing) {
   expect_complaint("quit now", "ondex: quit wants nothing more");
   expect_complaint("screenshot", "ondex: screenshot wants the name of a file");
   expect_complaint("SET 2 1", "ondex: unknown command 'SET'");
+  expect_complaint("\x1b[2J\x07", R"(ondex: unknown command '\x1b[2J\x07')");
+  expect_complaint("set 2 \x9b", R"(ondex: '\x9b' is not a number)");
+  expect_complaint("get \x08", R"(ondex: no parameter '\x08')");
+  expect_complaint("screenshot /none/\x1b[2J.png", R"(/none/\x1b[2J.png)");
   expect_complaint("screenshot " + (folder.path() / "none" / "picture.png").string(), "picture.png");
   expect_complaint(std::string(20000, 'x'), "ondex: a line without an end");
   EXPECT_EQ(list(), parameters_before);

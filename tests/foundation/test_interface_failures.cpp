@@ -241,7 +241,7 @@ TEST(InterfaceFailures, RefuseElementsNestedTooDeeply) {
 TEST(InterfaceFailures, KeepTheLogToOneShortLine) {
   const std::string line =
       failure_of(document(view(R"(id="1&#10;2&#27;" customClass=")" + std::string(5000, 'x') + '"')));
-  EXPECT_THAT(line, ::testing::StartsWith(R"(Demo.xib: <customView id="1?2?">: no class is named "xxx)"));
+  EXPECT_THAT(line, ::testing::StartsWith(R"(Demo.xib: <customView id="1\n2\x1b">: no class is named "xxx)"));
   EXPECT_EQ(line.size(), 1000U);
 }
 

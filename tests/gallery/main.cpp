@@ -78,8 +78,7 @@ class Session : private NSWindowDelegate {
       return;
     }
     lines_.append({bytes, static_cast<size_t>(count)});
-    std::string line;
-    while (lines_.take(line))
+    while (const auto line = lines_.take())
       ended_ = ended_ || line == "quit";
   }
 

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -69,6 +70,39 @@ TEST_F(ProgramTest, ABadOptionGivesOneLineAndStatusTwo) {
   EXPECT_EQ(program.errors(), "ondex: --set 9=1: no parameter '9': there are 0 to 6\n");
   EXPECT_EQ(program.output(), "");
   EXPECT_FALSE(std::filesystem::exists(picture()));
+}
+
+TEST_F(ProgramTest, WhatItRepeatsOfAnOptionStaysOneLine) {
+  const std::string escape = "\x1b[2J\n";
+  const std::string shown = R"(\x1b[2J\n)";
+  const std::vector<std::pair<std::vector<std::string>, std::string>> bad = {
+      {{escape}, "unknown option '" + shown + "'; try --help"},
+      {{"--set", escape}, "--set wants ID=VALUE, not '" + shown + "'"},
+      {{"--set", "0=" + escape}, "--set 0=" + shown + ": '" + shown + "' is not a number"},
+      {{"--scale", escape}, "--scale wants a number from 0.5 to 4, not '" + shown + "'"},
+      {{"--show", escape}, "--show knows popup:ID, preferences and colors, not '" + shown + "'"}};
+  for (const auto& [arguments, error] : bad) {
+    ChildProcess program(setup(arguments));
+    EXPECT_EQ(program.wait_for_exit(), 2);
+    EXPECT_EQ(program.errors(), "ondex: " + error + "\n");
+  }
+}
+
+TEST_F(ProgramTest, TheNameOfAPictureIsShownInOneLine) {
+  ChildProcess program(setup({"--screenshot", "/none/\x1b[2J\n.png"}));
+  EXPECT_EQ(program.wait_for_exit(), 1);
+  const std::string errors = program.errors();
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+  EXPECT_NE(errors.find(R"(/none/\x1b[2J\n.png)"), std::string::npos) << errors;
+}
+
+/// Its pictures may go to a FIFO.
+TEST_F(ProgramTest, ASignalEndsItWhileItWaitsForAReader) {
+  const std::string pipe = (folder.path() / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  ChildProcess program(setup({"--screenshot", pipe}));
+  program.signal(SIGTERM);
+  EXPECT_EQ(program.wait_for_exit(), -SIGTERM);
 }
 
 TEST_F(ProgramTest, WithoutADisplayItSaysSoInOneLine) {

@@ -48,20 +48,44 @@ TEST(ValueText, OnlyAWholeFiniteNumberIsRead) {
 
 TEST(TextLines, AreCutWhereTheyEndHoweverTheyArrive) {
   TextLines lines;
-  std::string line;
   lines.append("set 2 ");
-  EXPECT_FALSE(lines.take(line));
+  EXPECT_EQ(lines.take(), std::nullopt);
   lines.append("0.5\r\nlist\n\nqu");
-  ASSERT_TRUE(lines.take(line));
-  EXPECT_EQ(line, "set 2 0.5");
-  ASSERT_TRUE(lines.take(line));
-  EXPECT_EQ(line, "list");
-  ASSERT_TRUE(lines.take(line));
-  EXPECT_EQ(line, "");
-  EXPECT_FALSE(lines.take(line));
+  EXPECT_EQ(lines.take(), "set 2 0.5");
+  EXPECT_EQ(lines.take(), "list");
+  EXPECT_EQ(lines.take(), "");
+  EXPECT_EQ(lines.take(), std::nullopt);
   lines.append("it\n");
-  ASSERT_TRUE(lines.take(line));
-  EXPECT_EQ(line, "quit");
+  EXPECT_EQ(lines.take(), "quit");
+}
+
+/// Else a heap of lines costs the square of their number.
+TEST(TextLines, StayWhereTheyAreWhileTheyAreTaken) {
+  constexpr size_t count = 1000;
+  TextLines lines;
+  for (size_t i = 0; i < count; ++i)
+    lines.append("set 2 0.5\n");
+  const auto first = lines.take();
+  ASSERT_TRUE(first);
+  for (size_t i = 1; i < count; ++i) {
+    const auto line = lines.take();
+    ASSERT_TRUE(line);
+    ASSERT_EQ(line->data() - first->data(), static_cast<ptrdiff_t>(i * 10));
+  }
+  EXPECT_EQ(lines.take(), std::nullopt);
+  EXPECT_EQ(*first, "set 2 0.5") << "good until more comes";
+}
+
+TEST(TextLines, GiveUpTheRoomOfThoseTakenWhenMoreCome) {
+  TextLines lines;
+  lines.append("get 0\n");
+  const char* const begin = lines.take()->data();
+  for (int i = 0; i < 1000; ++i) {
+    lines.append("get 1\n");
+    const auto line = lines.take();
+    ASSERT_EQ(line, "get 1");
+    ASSERT_EQ(line->data(), begin);
+  }
 }
 
 TEST(TextLines, AreNotKeptWithoutLimit) {
@@ -80,12 +104,9 @@ TEST(TextLines, TheRestOfADroppedLineIsNotALine) {
   lines.append(std::string(9000, 'x'));
   EXPECT_FALSE(lines.overlong());
   lines.append("set 2 1\nget 0\nlist\n");
-  std::string line;
-  ASSERT_TRUE(lines.take(line));
-  EXPECT_EQ(line, "get 0");
-  ASSERT_TRUE(lines.take(line));
-  EXPECT_EQ(line, "list");
-  EXPECT_FALSE(lines.take(line));
+  EXPECT_EQ(lines.take(), "get 0");
+  EXPECT_EQ(lines.take(), "list");
+  EXPECT_EQ(lines.take(), std::nullopt);
 }
 
 }  // namespace

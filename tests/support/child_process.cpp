@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -27,6 +28,8 @@ void run(const ChildProcess::Setup& setup, const int (&ends)[3]) {
       unsetenv(name.c_str());
     }
   }
+  if (setup.prepare)
+    setup.prepare();
   std::vector<char*> arguments;
   for (const std::string& argument : setup.arguments)
     arguments.push_back(const_cast<char*>(argument.c_str()));
@@ -143,6 +146,16 @@ std::string ChildProcess::wait_for_line(std::string_view text) {
 bool ChildProcess::has_line(std::string_view text) {
   drain();
   return output_.find(text) != std::string::npos;
+}
+
+int ChildProcess::unread_output() const {
+  int count = 0;
+  return ioctl(output_descriptor_, FIONREAD, &count) == 0 ? count : 0;
+}
+
+int ChildProcess::unread_errors() const {
+  int count = 0;
+  return ioctl(error_descriptor_, FIONREAD, &count) == 0 ? count : 0;
 }
 
 bool ChildProcess::running() {

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <csignal>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@ class ChildProcess {
     std::map<std::string, std::optional<std::string>> environment;  ///< set, or unset where there is no value
     int end =
         SIGKILL;  ///< the signal that ends it; other than SIGKILL where it has to clean up behind itself
+    std::function<void()> prepare = {};  ///< called in the new process, with its streams, before the program
   };
   explicit ChildProcess(const Setup& setup);
   ~ChildProcess();
@@ -36,6 +38,9 @@ class ChildProcess {
   /// Whether a line holding `text` has come by now; reads what is there without waiting.
   bool has_line(std::string_view text);
   bool running();
+  /// Bytes that it has written to its standard output, or to its standard error, and nobody has read.
+  int unread_output() const;
+  int unread_errors() const;
   /// Waits for the end; the exit status, or minus the number of the signal that ended it.
   int wait_for_exit();
   /// Everything the program wrote so far.
