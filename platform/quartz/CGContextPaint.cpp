@@ -24,29 +24,13 @@ double stroke_reach(const GraphicsState& state) {
 /// The outline of an ellipse has five segments; more than these has a curve that goes from point to point.
 constexpr size_t many_segments = 32;
 
-/// A curve of which a row of pixels meets more edges than these oscillates so fast that what is between them
-/// blurs.
-constexpr double many_edges = 8;
-
 cairo_antialias_t smoothing(const GraphicsState& state) {
   return state.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE;
 }
 
-/// Cairo's coarser smoothing, of 16 steps, takes less than half the time of the finer.
-cairo_antialias_t fill_smoothing(const GraphicsState& state, const PathData& path) {
-  return state.antialias && path.segments() > many_segments && path.edges_a_row() > many_edges
-             ? CAIRO_ANTIALIAS_FAST
-             : smoothing(state);
-}
-
-/// On the line of a curve it cannot be told from the finer.
-cairo_antialias_t stroke_smoothing(const GraphicsState& state, const PathData& path) {
-  return state.antialias && path.segments() > many_segments ? CAIRO_ANTIALIAS_FAST : smoothing(state);
-}
-
 /// With the source that is set.
 void fill_on(cairo_t* cr, const GraphicsState& state, const PathData& path, cairo_fill_rule_t rule) {
-  cairo_set_antialias(cr, fill_smoothing(state, path));
+  cairo_set_antialias(cr, smoothing(state));
   cairo_new_path(cr);
   path.append_to(cr);
   cairo_set_fill_rule(cr, rule);
@@ -56,7 +40,7 @@ void fill_on(cairo_t* cr, const GraphicsState& state, const PathData& path, cair
 void stroke_on(cairo_t* cr, const GraphicsState& state, const PathData& path) {
   if (!invertible(state.ctm) || state.line_width <= 0)
     return;
-  cairo_set_antialias(cr, stroke_smoothing(state, path));
+  cairo_set_antialias(cr, smoothing(state));
   cairo_new_path(cr);
   path.append_to(cr);
   cairo_set_line_width(cr, state.line_width);
@@ -73,12 +57,17 @@ void stroke_on(cairo_t* cr, const GraphicsState& state, const PathData& path) {
 }
 
 /// Makes a mask of what `draw` draws and blends the colour through it at once: Cairo blends what it
-/// rasterises row by row, which for a large shape takes longer than the shape itself.
+/// rasterises row by row, which for a large shape takes longer than the shape itself. It also rounds the
+/// edges of a shape otherwise when it draws but a part of it, so the mask is of all of the shape.
 template <typename Draw>
 void paint_through_mask(CGContext& context, PixelBounds extents, const Rgba& color, const Draw& draw) {
-  const PixelBounds area = intersection(extents, context.state().clip_bounds);
-  if (area.empty())
+  const PixelBounds seen = intersection(extents, context.state().clip_bounds);
+  if (seen.empty())
     return;
+  PixelBounds area = intersection(extents, context.targets.front().bounds);
+  constexpr int64_t most_pixels = 1 << 22;
+  if (int64_t{area.width()} * area.height() > most_pixels)
+    area = seen;
   const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A8, area.width());
   context.scratch.assign(static_cast<size_t>(stride) / sizeof(uint32_t) * static_cast<size_t>(area.height()),
                          0);

@@ -224,14 +224,6 @@ bool PathData::passes(PixelBounds area) const {
   return false;
 }
 
-double PathData::edges_a_row() const {
-  double travel = 0;
-  for (size_t i = 1; i < points_.size(); ++i)
-    travel += std::abs(points_[i].y - points_[i - 1].y);
-  const DeviceBox box = bounds();
-  return box.y1 > box.y0 ? travel / (box.y1 - box.y0) : 0;
-}
-
 bool PathData::is_box() const {
   constexpr Verb box[] = {Verb::move, Verb::line, Verb::line, Verb::line, Verb::close};
   if (!std::equal(verbs_.begin(), verbs_.end(), std::begin(box), std::end(box)))

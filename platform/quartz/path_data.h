@@ -49,8 +49,6 @@ class PathData {
   DeviceBox bounds() const;
   /// Whether any segment may come within the area: true of all that do, and of few others.
   bool passes(PixelBounds area) const;
-  /// How many edges a row of pixels meets on average, curves taken for their control points.
-  double edges_a_row() const;
   /// Whether the path is one rectangle with sides along the axes.
   bool is_box() const;
   bool contains(Point p, bool even_odd) const;

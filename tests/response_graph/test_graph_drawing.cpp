@@ -77,6 +77,23 @@ TEST_P(GraphDrawing, CapsFadeFromBlackToGreyTips) {
   EXPECT_EQ(drawn.at(0.2, 0.2), Pixel{});
 }
 
+TEST_P(GraphDrawing, APureSineIsItsOwnMirrorImage) {
+  const auto graph = editor_graph();
+  const auto warm = device_color(0.9, 0.62, 0.5, 0.666);
+  graph->set_curve_color_fill_color(warm.get(), warm.get());
+  graph->set_modulation_index(0);
+  const DrawnView drawn(*graph, GetParam());
+  const auto turned = [&drawn](int x, int y) {
+    return drawn.pixel(drawn.width() - 1 - x, drawn.height() - 1 - y);
+  };
+  // Edges fall between the steps of smoothing on both sides of a half turn.
+  constexpr double smoothing = 255.0 / 15;
+  for (int y = 0; y < drawn.height(); ++y) {
+    for (int x = 0; x < drawn.width(); ++x)
+      EXPECT_LE(distance(drawn.pixel(x, y), turned(x, y)), smoothing) << x << ", " << y;
+  }
+}
+
 TEST_P(GraphDrawing, FillsTheCurveToItsChordThenStrokesItUnderTheShine) {
   const auto graph = editor_graph();
   const auto stroke = device_color(0, 1, 0, 0.5);
