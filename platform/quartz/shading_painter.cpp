@@ -9,6 +9,9 @@ namespace {
 
 constexpr int table_steps = 8192;
 constexpr uint32_t opaque = 65280;  ///< 256 × 255
+/// How far beyond an end a pixel's centre may lie that counts as on it: the end then cuts the pixel, or,
+/// where it is slanted, nearly so. What lies in the next pixel after rounding does not count.
+constexpr double less_than_half_a_pixel = 0.5 - 1.0 / 256;
 
 /// Of a number that is not negative: the library's rounding, which minds signs and modes, is too slow here.
 uint32_t rounded(double value) {
@@ -76,15 +79,18 @@ void ShadingPainter::prepare_radial() {
   dy_ = static_cast<double>(shading_.end.y - shading_.start.y);
   dr_ = shading_.end_radius - shading_.start_radius;
   a_ = dx_ * dx_ + dy_ * dy_ - dr_ * dr_;
+  half_a_pixel_ =
+      less_than_half_a_pixel * std::sqrt(std::abs(to_user_.xx * to_user_.yy - to_user_.xy * to_user_.yx));
   const bool same_circle = dx_ == 0 && dy_ == 0 && dr_ == 0;
   if (!same_circle && std::isfinite(a_) && std::isfinite(shading_.start_radius))
     kind_ = Kind::radial;
 }
 
-bool ShadingPainter::place(double& t) const {
+bool ShadingPainter::place(double& t, double beyond) const {
   // A pixel centre on the very end counts as inside, however its place was rounded.
   constexpr double rounding = 2e-5;
-  if (t >= -rounding && t <= 1 + rounding) {
+  const double reach = std::max(rounding, beyond);
+  if (t >= -reach && t <= 1 + reach) {
     t = std::clamp(t, 0.0, 1.0);
     return true;
   }
@@ -100,15 +106,20 @@ FineColor ShadingPainter::color(double t) const {
   return {{fine(c.blue * a), fine(c.green * a), fine(c.red * a), fine(a)}, rounded((1 - a) * 65536)};
 }
 
-FineColor ShadingPainter::color_or_nothing(double t) const {
-  return place(t) ? color(t) : FineColor{{0, 0, 0, 0}, 65536};
+FineColor ShadingPainter::color_or_nothing(double t, double beyond) const {
+  return place(t, beyond) ? color(t) : FineColor{{0, 0, 0, 0}, 65536};
+}
+
+FineColor ShadingPainter::line_color(int i, double slope) const {
+  // One that an end cuts is painted whole, in the colour of the end.
+  return color_or_nothing((i + 0.5) * slope + offset_, std::abs(slope) * less_than_half_a_pixel);
 }
 
 std::vector<FineColor> ShadingPainter::line_colors(int first, int last, double slope) const {
   std::vector<FineColor> colors;
   colors.reserve(static_cast<size_t>(last - first));
   for (int i = first; i < last; ++i)
-    colors.push_back(color_or_nothing((i + 0.5) * slope + offset_));
+    colors.push_back(line_color(i, slope));
   return colors;
 }
 
@@ -141,7 +152,24 @@ bool ShadingPainter::radial_place(double x, double y, double& t) const {
   const double root = std::sqrt(discriminant);
   const double greater = (b + (a_ > 0 ? root : -root)) / a_;
   const double lesser = (b - (a_ > 0 ? root : -root)) / a_;
-  return shows(greater) || shows(lesser);
+  return shows(greater) || shows(lesser) || (a_ < 0 && is_at_an_end(px, py, t));
+}
+
+/// Of one circle within the other: beyond an end by less than half a pixel. A clip along the circle would
+/// otherwise be left bare where it covers less than half of a pixel, whose centre then lies outside.
+bool ShadingPainter::is_at_an_end(double px, double py, double& t) const {
+  const double half = half_a_pixel_;
+  const auto is_near = [half](double x, double y, double radius) {
+    const double square = x * x + y * y;
+    const double inner = std::max(0.0, radius - half);
+    return square >= inner * inner && square <= (radius + half) * (radius + half);
+  };
+  if (is_near(px, py, shading_.start_radius)) {
+    t = 0;
+    return true;
+  }
+  t = 1;
+  return shading_.end_radius > 0 && is_near(px - dx_, py - dy_, shading_.end_radius);
 }
 
 uint32_t ShadingPainter::general_pixel(int x, int y) {
@@ -176,7 +204,7 @@ void ShadingPainter::fill(const PixelView& view) {
     if (kind_ == Kind::nothing) {
       std::fill_n(row, width, 0);
     } else if (kind_ == Kind::by_row) {
-      std::fill_n(row, width, color_or_nothing((y + 0.5) * slope_y_ + offset_).pixel());
+      std::fill_n(row, width, line_color(y, slope_y_).pixel());
     } else {
       for (int x = b.x0; x < b.x1; ++x)
         *row++ = general_pixel(x, y);
@@ -242,7 +270,7 @@ void ShadingPainter::paint_over(const PixelView& view) {
   for (int y = b.y0; y < b.y1; ++y) {
     uint32_t* row = view.row(y);
     if (kind_ == Kind::by_row) {
-      paint_row_over(row, width, color_or_nothing((y + 0.5) * slope_y_ + offset_));
+      paint_row_over(row, width, line_color(y, slope_y_));
     } else {
       for (int x = b.x0; x < b.x1; ++x, ++row)
         *row = over(general_pixel(x, y), *row);

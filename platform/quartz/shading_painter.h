@@ -54,13 +54,17 @@ class ShadingPainter {
 
   void prepare_axial();
   void prepare_radial();
-  /// Whether t, as extended, is painted; then it is brought into 0 to 1.
-  bool place(double& t) const;
+  /// Whether t, as extended, or no further than `beyond` from an end, is painted; then it is brought into 0
+  /// to 1.
+  bool place(double& t, double beyond = 0) const;
   FineColor color(double t) const;
-  FineColor color_or_nothing(double t) const;
+  FineColor color_or_nothing(double t, double beyond) const;
+  /// Of a row or column of pixels, along which t grows by `slope`.
+  FineColor line_color(int i, double slope) const;
   void paint_columns_over(const PixelView& view);
   uint32_t table_color(double t);
   bool radial_place(double x, double y, double& t) const;
+  bool is_at_an_end(double px, double py, double& t) const;
   uint32_t general_pixel(int x, int y);
   std::vector<FineColor> line_colors(int first, int last, double slope) const;
 
@@ -78,6 +82,7 @@ class ShadingPainter {
   double dy_ = 0;
   double dr_ = 0;
   double a_ = 0;
+  double half_a_pixel_ = 0;  ///< in the shading's coordinates
 };
 
 }  // namespace cocoa

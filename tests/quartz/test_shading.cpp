@@ -57,6 +57,23 @@ TEST(AxialShading, DiagonalAgreesWithItsFunctionAtEveryPixelCentre) {
     }
 }
 
+TEST(AxialShading, PaintsTheRowsAndColumnsThatItsEndsCut) {
+  for (const bool upright : {false, true}) {
+    for (const double part : {0.05, 0.3, 0.5, 0.7, 0.95}) {
+      Canvas canvas(20, 20);
+      const auto start = static_cast<CGFloat>(5 + part);
+      const auto end = static_cast<CGFloat>(12 + part);
+      draw_and_release(canvas.context(),
+                       upright ? axial({0, start}, {0, end}, ramp) : axial({start, 0}, {end, 0}, ramp));
+      for (int i = 0; i < 20; ++i) {
+        const double t = std::clamp((i + 0.5 - 5 - part) / 7, 0.0, 1.0);
+        expect_near(upright ? canvas.at(3, i) : canvas.at(i, 3),
+                    i >= 5 && i <= 12 ? ramp_pixel(t) : clear_pixel, 1, i, 3);
+      }
+    }
+  }
+}
+
 TEST(AxialShading, IsEvaluatedOnceARowOrColumn) {
   Canvas canvas(40, 25);
   int calls = 0;
@@ -197,8 +214,46 @@ TEST(RadialShading, FromTheRimToTheCentreAgreesWithItsFunction) {
   for (int y = 0; y < 100; ++y)
     for (int x = 0; x < 100; ++x) {
       const double distance = std::hypot(x + 0.5 - 50, y + 0.5 - 48);
-      expect_near(canvas.at(x, y), distance <= 45 ? ramp_pixel(1 - distance / 45) : clear_pixel, 1, x, y);
+      // Half a pixel beyond the end counts as the end.
+      if (std::abs(distance - 45.5) < 0.01)
+        continue;
+      const double t = std::max(0.0, 1 - distance / 45);
+      expect_near(canvas.at(x, y), distance < 45.5 ? ramp_pixel(t) : clear_pixel, 1, x, y);
     }
+}
+
+TEST(RadialShading, InAClipOfItsOwnSizeIsAsSmoothAsAColour) {
+  for (const double scale : {0.7, 1.0, 1.3, 2.0}) {
+    const auto red_only = [](CGFloat, CGFloat* rgba) {
+      rgba[0] = rgba[3] = 1;
+      rgba[1] = rgba[2] = 0;
+    };
+    const CGRect disc = {{5.2, 3.1}, {40, 40}};
+    Canvas shaded(80, 80, scale);
+    CGContextAddEllipseInRect(shaded.context(), disc);
+    CGContextClip(shaded.context());
+    draw_and_release(shaded.context(), radial({25.2, 23.1}, 20, {25.2, 23.1}, 0, red_only));
+    Canvas filled(80, 80, scale);
+    CGContextSetRGBFillColor(filled.context(), 1, 0, 0, 1);
+    CGContextFillEllipseInRect(filled.context(), disc);
+    // Of a pixel whose centre lies further out than half a pixel, the disc covers but a corner.
+    for (int y = 0; y < 80; ++y) {
+      for (int x = 0; x < 80; ++x)
+        expect_near(shaded.at(x, y), filled.at(x, y), 12, x, y);
+    }
+  }
+}
+
+TEST(RadialShading, TowardsACircleEndsOnItToo) {
+  Canvas canvas(60, 60);
+  draw_and_release(canvas.context(), radial({30, 30}, 20.2, {30, 30}, 9.8, ramp));
+  // Along the row through the middle: pixel centres 20.5, 19.5, 10.5, 9.5 and 8.5 to the right of it.
+  EXPECT_EQ(canvas.at(51, 30), clear_pixel);
+  EXPECT_EQ(canvas.at(50, 30), ramp_pixel(0));
+  expect_near(canvas.at(49, 30), ramp_pixel((20.2 - std::hypot(19.5, 0.5)) / 10.4), 1, 49, 30);
+  expect_near(canvas.at(40, 30), ramp_pixel((20.2 - std::hypot(10.5, 0.5)) / 10.4), 1, 40, 30);
+  EXPECT_EQ(canvas.at(39, 30), ramp_pixel(1));
+  EXPECT_EQ(canvas.at(38, 30), clear_pixel);
 }
 
 TEST(RadialShading, TowardsAPointOffTheCentre) {
