@@ -25,9 +25,8 @@ void bg_sidebars_evaluate(void*, const CGFloat* in, CGFloat* out) {
 }
 
 /// Paints the band between the perpendiculars through two points, as high as the clip; false when it cannot.
-bool draw_band(CGContextRef context, CGFunctionEvaluateCallback evaluate, CGPoint start, CGFloat width) {
-  const Shading shading =
-      create_axial_shading(create_shader_function(evaluate, nullptr), start, {start.x + width, start.y});
+bool draw_band(CGContextRef context, const Function& color, CGPoint start, CGFloat width) {
+  const Shading shading = create_axial_shading(color, start, {start.x + width, start.y});
   if (!shading)
     return false;
   CGContextDrawShading(context, shading.get());
@@ -42,11 +41,11 @@ void KVOndexView::drawRect(NSRect) {
 
 void KVOndexView::do_2d_bg_area(CGContextRef context, CGRect area) {
   const CGPoint origin = area.origin;
-  if (!draw_band(context, bg_panel_evaluate, origin, NSWidth(area)))
+  if (!draw_band(context, create_shader_function(bg_panel_evaluate, nullptr), origin, NSWidth(area)))
     return;
-  if (!draw_band(context, bg_sidebars_evaluate, origin, sidebar_width))
-    return;
-  draw_band(context, bg_sidebars_evaluate, {NSMaxX(area) - sidebar_width, origin.y}, sidebar_width);
+  const Function sidebar = create_shader_function(bg_sidebars_evaluate, nullptr);
+  if (draw_band(context, sidebar, origin, sidebar_width))
+    draw_band(context, sidebar, {NSMaxX(area) - sidebar_width, origin.y}, sidebar_width);
 }
 
 CGColorSpaceRef KVOndexView::get_RGB_color_space() {

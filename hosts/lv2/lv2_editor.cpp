@@ -1,7 +1,6 @@
 #include "lv2_ui/lv2_editor.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -9,6 +8,7 @@
 #include "factory/bundle_classes.h"
 #include "foundation/memory_room.h"
 #include "hosting/audio_unit_host.h"
+#include "windows/pixel_geometry.h"
 #include "windows/x11.h"
 
 namespace ondex {
@@ -122,11 +122,9 @@ void LV2Editor::tellSize() const {
   if (!resize)
     return;
   const PlatformWindow& window = *window_->platformWindow();
-  const auto pixels = [&window](CGFloat points) {
-    return static_cast<int>(std::ceil(static_cast<double>(points) * window.scale()));
-  };
   const NSSize size = window.frame().size;
-  resize->ui_resize(resize->handle, pixels(size.width), pixels(size.height));
+  resize->ui_resize(resize->handle, device_pixels(size.width, window.scale()),
+                    device_pixels(size.height, window.scale()));
 }
 
 bool LV2Editor::windowShouldClose(NSWindow*) {

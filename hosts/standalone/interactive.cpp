@@ -84,7 +84,12 @@ class Session : private NSWindowDelegate {
   int timeout() const {
     double until = CFRunLoopGetCurrent()->nextTimerFireDate();
     const double now = clock().now();
-    until = std::min(until, picture_waits_ ? last_change_ + until_shown : input_.again(now));
+    // What the window has still to draw is drawn on a turn that the display asks for.
+    if (!picture_waits_) {
+      until = std::min(until, input_.again(now));
+    } else if (changes_are_collected()) {
+      until = std::min(until, last_change_ + until_shown);
+    }
     if (std::isinf(until))
       return -1;
     const double milliseconds = std::ceil((until - now) * 1000);
@@ -102,6 +107,9 @@ class Session : private NSWindowDelegate {
   void serve_lines() {
     while (!ended() && !picture_is_early() && (picture_waits_ || take_command())) {
       picture_waits_ = command_.kind == CommandKind::screenshot;
+      // What has just become due is still to be drawn.
+      if (picture_waits_ && !changes_are_collected())
+        CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
       if (picture_is_early())
         return;
       picture_waits_ = false;
@@ -109,7 +117,11 @@ class Session : private NSWindowDelegate {
     }
   }
 
-  bool picture_is_early() const { return picture_waits_ && clock().now() < last_change_ + until_shown; }
+  bool changes_are_collected() const { return clock().now() < last_change_ + until_shown; }
+
+  bool picture_is_early() const {
+    return picture_waits_ && (changes_are_collected() || is_about_to_show(*editor_.window()));
+  }
 
   bool take_command() {
     while (const auto line = input_.lines().take()) {
@@ -135,8 +147,6 @@ class Session : private NSWindowDelegate {
       case CommandKind::list:
         return list();
       case CommandKind::screenshot:
-        // What has just become due is still to be shown.
-        CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
         return write_picture();
       case CommandKind::quit:
         ended_ = true;

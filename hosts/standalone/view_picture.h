@@ -8,7 +8,11 @@ namespace ondex {
 /// line in the log, when that fails.
 bool write_view_picture(cocoa::NSView& view, double scale, const char* path);
 
-/// The same of what a window shows in its content's area, its child windows included, in its own pixels.
+/// Whether the window or one of its child windows has something to draw that is soon to be seen.
+bool is_about_to_show(const cocoa::NSWindow& window);
+
+/// The same of what a window shows: its pixels, with those of its child windows over them as far as they lie
+/// within it. One that nobody can see is drawn for the picture.
 bool write_window_picture(cocoa::NSWindow& window, const char* path);
 
 }  // namespace ondex

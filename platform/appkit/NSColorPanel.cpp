@@ -70,7 +70,8 @@ class Ground : public NSView {
     CGContextRef context = NSGraphicsContext::currentContext()->graphicsPort();
     constexpr auto grey = CGFloat(0.22);
     CGContextSetRGBFillColor(context, grey, grey, grey, 1);
-    CGContextFillRect(context, bounds());
+    // Beyond the bounds too, which may end within a pixel.
+    CGContextFillRect(context, NSInsetRect(bounds(), -2, -2));
     const auto style = NSMutableParagraphStyle::defaultParagraphStyle();
     style->setAlignment(NSCenterTextAlignment);
     const auto attributes = make<NSMutableDictionary>();

@@ -1,6 +1,7 @@
 #include "appkit/NSView.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSWindow.h"
@@ -19,6 +20,27 @@ namespace {
 bool contains(NSRect outer, NSRect inner) {
   return NSMinX(inner) >= NSMinX(outer) && NSMaxX(inner) <= NSMaxX(outer) && NSMinY(inner) >= NSMinY(outer) &&
          NSMaxY(inner) <= NSMaxY(outer);
+}
+
+/// All of the device pixels that a rectangle touches. A view that ends within a pixel has it to itself: left
+/// to what is behind, the last row and column of a window of 387.2 pixels would be the window's grey.
+NSRect touched_pixels(CGContextRef context, NSRect rect) {
+  const CGAffineTransform to_device = CGContextGetUserSpaceToDeviceSpaceTransform(context);
+  // As much as rounding may have lifted an edge over that of a pixel.
+  constexpr double noise = 1.0 / 256;
+  const auto widen = [](CGFloat& origin, CGFloat& extent, CGFloat scale, CGFloat offset) {
+    const auto factor = static_cast<double>(scale);
+    const auto moved = static_cast<double>(offset);
+    const double low = std::floor(static_cast<double>(origin) * factor + moved + noise);
+    const double high = std::ceil(static_cast<double>(origin + extent) * factor + moved - noise);
+    origin = static_cast<CGFloat>((low - moved) / factor);
+    extent = static_cast<CGFloat>((high - low) / factor);
+  };
+  if (to_device.a > 0 && to_device.d > 0) {
+    widen(rect.origin.x, rect.size.width, to_device.a, to_device.tx);
+    widen(rect.origin.y, rect.size.height, to_device.d, to_device.ty);
+  }
+  return rect;
 }
 
 }  // namespace
@@ -204,7 +226,7 @@ void NSView::draw(NSRect dirty, const NSView*& first) {
     first = nullptr;
   if (!first) {
     CGContextSaveGState(context);
-    CGContextClipToRect(context, dirty);
+    CGContextClipToRect(context, touched_pixels(context, dirty));
     drawRect(dirty);
     CGContextRestoreGState(context);
   }

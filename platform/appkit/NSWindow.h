@@ -160,6 +160,8 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// gone.
   PlatformWindow* platformWindow() const { return platform_.get(); }
 
+  /// Whether something is marked that the next turn, or a later one, is to draw.
+  bool viewsNeedDisplay() const { return !damage_.empty(); }
   /// Marks a rectangle of the content for drawing on this turn.
   void setNeedsDisplayInRect(NSRect rect);
   /// Draws what the window shows, its shadow and its child windows included, into a context whose origin is

@@ -7,6 +7,7 @@
 #include "foundation/NSLog.h"
 #include "foundation/memory_room.h"
 #include "quartz/CGBitmapContext.h"
+#include "windows/pixel_geometry.h"
 
 namespace cocoa {
 
@@ -91,7 +92,14 @@ void NSWindow::fitContent() {
     return;
   const CGFloat fit = std::min(given.width / content.width, given.height / content.height);
   fit_ = static_cast<double>(fit);
-  fit_origin_ = {(given.width / fit - content.width) / 2, (given.height / fit - content.height) / 2};
+  // From a whole pixel on, so that it is as sharp as in a window of just its size.
+  const double scale = backingScaleFactor();
+  const auto margin = [fit, scale](CGFloat given_extent, CGFloat extent) {
+    constexpr double noise = 1.0 / 256;
+    const double pixels = static_cast<double>((given_extent / fit - extent) / 2) * scale;
+    return static_cast<CGFloat>(std::floor(pixels + noise) / scale);
+  };
+  fit_origin_ = {margin(given.width, content.width), margin(given.height, content.height)};
   for (const Ref<NSWindow>& child : children_)
     child->followParent();
 }
@@ -127,10 +135,8 @@ void NSWindow::markAll() {
 
 NSWindow::PixelSize NSWindow::pixelSize() const {
   const NSSize size = platform_->frame().size;
-  const auto extent = [this](CGFloat points) {
-    return static_cast<int>(std::ceil(static_cast<double>(points) * platform_->scale()));
-  };
-  return {extent(size.width), extent(size.height)};
+  const double scale = platform_->scale();
+  return {device_pixels(size.width, scale), device_pixels(size.height, scale)};
 }
 
 bool NSWindow::hasMemoryToDraw() {

@@ -148,7 +148,8 @@ int MenuList::arrowAt(NSPoint point) const {
 void MenuList::drawRect(NSRect dirty) {
   CGContextRef context = NSGraphicsContext::currentContext()->graphicsPort();
   set_fill(context, 0.11, 0.11, 0.12);
-  CGContextFillRect(context, bounds());
+  // Beyond the bounds too, which may end within a pixel.
+  CGContextFillRect(context, NSInsetRect(bounds(), -2, -2));
   for (int i = 0; i < numberOfLines(); ++i) {
     if (NSIntersectsRect(rectOf(i), dirty))
       drawLine(context, i);

@@ -110,6 +110,12 @@ CGAffineTransform CGContextGetCTM(CGContextRef context) {
   cairo_matrix_multiply(&both, &context->state().ctm, &to_base);
   return transform_from(both);
 }
+CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef context) {
+  if (!context)
+    return CGAffineTransformIdentity;
+  const auto scale = static_cast<CGFloat>(context->scale);
+  return CGAffineTransformConcat(CGContextGetCTM(context), CGAffineTransformMakeScale(scale, scale));
+}
 
 void CGContextSetLineWidth(CGContextRef context, CGFloat width) {
   if (context && width >= 0 && std::isfinite(width))

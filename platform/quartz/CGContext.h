@@ -37,6 +37,8 @@ void CGContextRotateCTM(CGContextRef context, CGFloat angle);
 void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform);
 /// From user space to base space.
 CGAffineTransform CGContextGetCTM(CGContextRef context);
+/// From user space to device pixels, y upwards from the lower edge of the bitmap.
+CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef context);
 
 enum CGLineCap { kCGLineCapButt = 0, kCGLineCapRound = 1, kCGLineCapSquare = 2 };
 enum CGLineJoin { kCGLineJoinMiter = 0, kCGLineJoinRound = 1, kCGLineJoinBevel = 2 };

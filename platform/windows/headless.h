@@ -128,6 +128,7 @@ class HeadlessWindow : public PlatformWindow {
   void grabPointer() override { system_.pointer_owner_ = this; }
   void releasePointer() override;
   Pixels pixels() override;
+  Frame shownFrame() const override;
   void present(std::span<const PixelRect> damage) override;
   /// Numbers from 1 on: a window of this kind has one too, so that owners can be told apart.
   uint64_t nativeHandle() const override { return handle_; }
@@ -210,6 +211,7 @@ class HeadlessWindow : public PlatformWindow {
   bool obscured_ = false;
   bool gone_ = false;
   bool reading_ = false;
+  bool has_frame_ = false;
   uint64_t key_before_ = 0;  ///< becomes key again when this window goes
   int width_ = 0;
   int height_ = 0;

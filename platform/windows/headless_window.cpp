@@ -114,6 +114,7 @@ bool HeadlessWindow::allocate() {
   height_ = height;
   drawn_.assign(static_cast<size_t>(width) * static_cast<size_t>(height), 0);
   shown_pixels_ = drawn_;
+  has_frame_ = false;
   return true;
 }
 
@@ -124,10 +125,15 @@ Pixels HeadlessWindow::pixels() {
           static_cast<size_t>(width_) * sizeof(uint32_t)};
 }
 
+Frame HeadlessWindow::shownFrame() const {
+  return has_frame_ && !gone_ ? Frame{shown_pixels_.data(), width_, height_} : Frame{};
+}
+
 void HeadlessWindow::present(std::span<const PixelRect> damage) {
   if (gone_)
     return;
   presented_.emplace_back(damage.begin(), damage.end());
+  has_frame_ = !drawn_.empty();
   for (const PixelRect& part : damage)
     copyToShown(part);
 }

@@ -107,6 +107,15 @@ struct Pixels {
   explicit operator bool() const { return data != nullptr; }
 };
 
+/// A frame to be read: its rows of 32-bit pixels one after the other, premultiplied, alpha in the highest
+/// byte.
+struct Frame {
+  const uint32_t* pixels = nullptr;
+  int width = 0;
+  int height = 0;
+  explicit operator bool() const { return pixels != nullptr; }
+};
+
 /// Device pixels from the top left.
 struct PixelRect {
   int x = 0;
@@ -154,6 +163,8 @@ class PlatformWindow {
   /// The window's pixels, kept from frame to frame. None while the window system still reads the last frame
   /// (then it calls for another turn of the run loop when it is done) and none for a window without area.
   virtual Pixels pixels() = 0;
+  /// What was presented, to be read until the next call on the window; none before the first time.
+  virtual Frame shownFrame() const = 0;
   /// Shows what was drawn in `damage`.
   virtual void present(std::span<const PixelRect> damage) = 0;
   /// The window system's own number for it: an X11 window ID; 0 without a display.

@@ -36,6 +36,8 @@ class X11Surface {
   /// None while the server still reads what was uploaded last, and, after a line in the log, while there is
   /// no memory for them.
   Pixels pixels();
+  /// What was uploaded; none before the first time.
+  Frame shownFrame() const { return has_frame_ ? Frame{row(0), width_, height_} : Frame{}; }
   /// For translucent pixels where nobody blends windows: those of `below` show through, of which (x, y) is
   /// where our upper left corner is; null for none. It must live until the next upload has returned. Only for
   /// pixels that are sent.

@@ -43,6 +43,7 @@ class X11Window : public PlatformWindow {
   void grabPointer() override;
   void releasePointer() override;
   Pixels pixels() override { return surface_->pixels(); }
+  Frame shownFrame() const override { return surface_->shownFrame(); }
   void present(std::span<const PixelRect> damage) override;
   uint64_t nativeHandle() const override { return id_; }
 

@@ -1,6 +1,12 @@
+#include <cmath>
+#include <numbers>
+
 #include "appkit/NSGraphicsContext.h"
+#include "appkit/NSWindow.h"
 #include "editor_fixture.h"
+#include "made_shadings.h"
 #include "quartz/CGBitmapContext.h"
+#include "windows/headless.h"
 
 namespace ondex::test {
 namespace {
@@ -61,6 +67,75 @@ TEST_F(BackgroundTest, InANarrowViewTheRightSidebarLiesOnTop) {
   expect_warm(15, 5, 0.75 * (1 - 0.649448) + 0.25);
   expect_warm(5, 5, 0.75 * (1 - 0.649448) + 0.25);
   expect_warm(10, 5, 0.252312);
+}
+
+TEST_F(BackgroundTest, BothSidebarsAreMadeOfOneFunction) {
+  const MadeShadings made;
+  draw(200, 30);
+  ASSERT_EQ(made.functions.size(), 3U);
+  EXPECT_NE(made.functions[0], made.functions[1]);
+  EXPECT_EQ(made.functions[1], made.functions[2]);
+}
+
+/// Of the pixels of a window of some scale that shows the background and nothing else.
+class BackgroundInWindow : public EditorFixture {
+ protected:
+  /// Red in a column, which is the same in each row or else -1.
+  static int red(const Frame& frame, int column) {
+    const uint32_t first = frame.pixels[column];
+    for (int y = 1; y < frame.height; ++y) {
+      if (frame.pixels[y * frame.width + column] != first)
+        return -1;
+    }
+    return static_cast<int>(first >> 16 & 0xFF);
+  }
+  /// The outermost pixels belong to the sidebars, which are (0.225, ...) at their outer edges.
+  void expect_background(const HeadlessWindow& shown, double scale) {
+    const Frame frame = shown.shownFrame();
+    ASSERT_TRUE(frame);
+    const double t = 0.5 / scale / 20;
+    const double edge = 0.9 * 255 * (0.75 * (1 - std::cos(t * std::numbers::pi)) + 0.25);
+    for (const int column : {0, frame.width - 1}) {
+      EXPECT_GE(red(frame, column), 57) << column << " of " << frame.width << " at " << scale;
+      EXPECT_LE(red(frame, column), edge + 1) << column << " of " << frame.width << " at " << scale;
+    }
+    EXPECT_NEAR(red(frame, frame.width / 2), 0.9 * 255, 4) << scale;
+  }
+};
+
+TEST_F(BackgroundInWindow, ReachesEveryPixelAtEveryScale) {
+  for (int hundredths = 50; hundredths <= 400; ++hundredths) {
+    const double scale = hundredths / 100.0;
+    HeadlessWindowSystem system(clock, scale);
+    // As wide as the editor, whose right edge lies within a pixel at most scales.
+    const auto window = make<NSWindow>(NSMakeRect(0, 0, 860, 12), NSTitledWindowMask);
+    const auto view = make<KVOndexView>(NSMakeRect(0, 0, 860, 12));
+    window->setWindowSystem(&system);
+    window->setContentView(view.get());
+    window->makeKeyAndOrderFront(nullptr);
+    system.dispatch();
+    turn();
+    expect_background(*system.newestWindow(), scale);
+  }
+}
+
+TEST_F(BackgroundInWindow, ReachesEveryPixelOfAHostsWindowOfItsSize) {
+  for (int hundredths = 100; hundredths <= 300; ++hundredths) {
+    const double scale = hundredths / 100.0;
+    HeadlessWindowSystem system(clock, 1);
+    const auto window = make<NSWindow>(NSMakeRect(0, 0, 86, 35), NSTitledWindowMask);
+    const auto view = make<KVOndexView>(NSMakeRect(0, 0, 86, 35));
+    window->setWindowSystem(&system);
+    window->setContentView(view.get());
+    window->setContentScalesToFit();
+    window->makeKeyAndOrderFront(nullptr);
+    system.dispatch();
+    system.newestWindow()->resize(
+        {std::ceil(CGFloat(86 * scale) - CGFloat(0.001)), std::ceil(CGFloat(35 * scale) - CGFloat(0.001))});
+    system.dispatch();
+    turn();
+    expect_background(*system.newestWindow(), scale);
+  }
 }
 
 }  // namespace

@@ -78,6 +78,18 @@ TEST_F(Placement, resized_by_the_host_it_is_as_sharp_as_at_that_scale) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
+TEST_F(Placement, the_host_is_told_the_size_that_the_window_has) {
+  // 860 · 1.1 is a little more than 946 in binary numbers.
+  for (const float scale : {1.1F, 1.2F, 1.35F, 1.37F, 2.3F}) {
+    open({.scale = scale});
+    const auto place = user.geometry(host.window());
+    ASSERT_FALSE(host.announced().empty());
+    EXPECT_EQ(host.announced().back(), (std::pair<int, int>{place.width, place.height})) << scale;
+    host.close();
+    user.destroy(parent);
+  }
+}
+
 TEST_F(Placement, the_resize_interface_does_the_same) {
   open();
   user.resize(parent, 1720, 704);

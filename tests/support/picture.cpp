@@ -12,6 +12,7 @@
 #include "appkit/NSGraphicsContext.h"
 #include "build_paths.h"
 #include "quartz/CGBitmapContext.h"
+#include "windows/pixel_geometry.h"
 
 namespace ondex::test {
 
@@ -50,12 +51,9 @@ Picture differences(const Picture& a, const Picture& b) {
 }  // namespace
 
 Picture picture_of(NSView& view, double scale) {
-  const auto extent = [scale](CGFloat points) {
-    return static_cast<int>(std::ceil(static_cast<double>(points) * scale));
-  };
   Picture picture;
-  picture.width = extent(NSWidth(view.bounds()));
-  picture.height = extent(NSHeight(view.bounds()));
+  picture.width = device_pixels(NSWidth(view.bounds()), scale);
+  picture.height = device_pixels(NSHeight(view.bounds()), scale);
   picture.pixels.resize(static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height));
   CGContextRef context = context_on(picture, scale);
   {

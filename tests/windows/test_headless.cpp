@@ -210,6 +210,7 @@ TEST_F(Headless, KnowsWhenNobodySeesIt) {
 
 TEST_F(Headless, ShowsOnlyWhatWasPresented) {
   HeadlessWindow& w = open();
+  EXPECT_FALSE(w.shownFrame());
   const Pixels pixels = w.pixels();
   ASSERT_EQ(pixels.width, 120);
   ASSERT_EQ(pixels.height, 80);
@@ -221,6 +222,10 @@ TEST_F(Headless, ShowsOnlyWhatWasPresented) {
   EXPECT_EQ(w.shownPixel(15, 24), 0U);
   EXPECT_EQ(w.shownPixel(9, 20), 0U);
   EXPECT_EQ(w.shownPixel(-1, 500), 0U);
+  const Frame frame = w.shownFrame();
+  ASSERT_TRUE(frame);
+  EXPECT_EQ(frame.pixels[20 * frame.width + 10], 0xffffffffU);
+  EXPECT_EQ(frame.pixels[20 * frame.width + 9], 0U);
   ASSERT_EQ(w.presented().size(), 1U);
   EXPECT_EQ(w.presented()[0], HeadlessWindow::Damage{part});
   w.expose({0, 0, 1, 1});
