@@ -1,3 +1,4 @@
+#include "appkit/NSWindow.h"
 #include "drawing/shading.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "knob/knob_colors.h"
@@ -60,9 +61,11 @@ bool draw_rings(CGContextRef context, NSRect r) {
 }
 
 /// All that a pointer at that place covers, with its line and its shadow.
-NSRect dot_area(NSPoint centre) {
-  constexpr CGFloat reach = dot_radius + dot_line_width / 2 - shadow_offset.width + shadow_blur + 1;
-  return NSInsetRect({centre, {}}, -reach, -reach);
+NSRect dot_area(NSPoint centre, double scale) {
+  constexpr CGFloat reach = dot_radius + dot_line_width / 2 - shadow_offset.width + shadow_blur;
+  // The shape, the shadow's offset and its blur each go to whole pixels.
+  const auto rounding = static_cast<CGFloat>(3 / scale);
+  return NSInsetRect({centre, {}}, -reach - rounding, -reach - rounding);
 }
 
 }  // namespace
@@ -71,8 +74,9 @@ void KV_Ondex_Big_Knob_View::setNeedsDisplay(bool needed) {
   if (!needed)
     return;
   const NSPoint pointer = {static_cast<CGFloat>(_x), static_cast<CGFloat>(_y)};
-  setNeedsDisplayInRect(dot_area(_marked_pointer));
-  setNeedsDisplayInRect(dot_area(pointer));
+  const double scale = window() ? window()->backingScaleFactor() : 1;
+  setNeedsDisplayInRect(dot_area(_marked_pointer, scale));
+  setNeedsDisplayInRect(dot_area(pointer, scale));
   _marked_pointer = pointer;
 }
 

@@ -13,13 +13,19 @@ PathData::Point point(CGFloat x, CGFloat y) {
 
 /// At a scale that is not whole, sides go to the nearest pixel edges: where two half-covered sides meet,
 /// such as those of a capsule's cap and body, what is below would show through as a seam. The tolerance keeps
-/// sides together that were computed in different ways and fall midway between two edges.
+/// sides together that were computed in different ways and fall midway between two edges. At a whole scale
+/// sides go to edges that they miss by no more than what rounding did to them.
 void add_clip_rect(CGContext& context, CGRect rect) {
   PathData& path = context.path;
   path.add_rect(context.state().ctm, rect);
-  if (context.scale == std::floor(context.scale) || !path.is_box())
+  if (!path.is_box())
     return;
-  const auto snapped = [](double v) { return static_cast<CGFloat>(std::floor(v + 0.5 + 1e-4)); };
+  const bool whole_scale = context.scale == std::floor(context.scale);
+  const auto snapped = [whole_scale](double v) {
+    constexpr double noise = 1.0 / 1024;
+    const double nearest = std::floor(v + 0.5 + 1e-4);
+    return static_cast<CGFloat>(whole_scale && std::abs(v - nearest) > noise ? v : nearest);
+  };
   const DeviceBox box = path.bounds();
   const CGRect pixels = CGRectMake(snapped(box.x0), snapped(box.y0), snapped(box.x1) - snapped(box.x0),
                                    snapped(box.y1) - snapped(box.y0));
@@ -90,7 +96,8 @@ Surface coverage_of(const ClipPath& shape) {
 const ShapeMask* CGContext::mask_of_clips(size_t first) {
   // The editor has 21 capsule ends and circles.
   constexpr size_t most_masks = 32;
-  constexpr int64_t most_pixels = 1 << 18;
+  // The knob at four pixels a point has half as many.
+  constexpr int64_t most_pixels = 1 << 20;
   const ClipPath* shape = nullptr;
   for (size_t i = first; i < state().clip_count; ++i) {
     if (clips[i].is_bounds)
