@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <cmath>
 
+#include "drawn_view.h"
 #include "editor/parameter_table.h"
 #include "editor_fixture.h"
 
@@ -102,12 +104,71 @@ TEST_F(LayoutTest, TheSidesAreMirroredAroundTheCentre) {
   mirrored(editor->_left_label, editor->_right_label);
   mirrored(editor->_vibrato_left_oscillator_response_view, editor->_vibrato_right_oscillator_response_view);
   mirrored(editor->_tremolo_left_rate_parameter, editor->_tremolo_right_rate_parameter);
-  mirrored(editor->_tremolo_left_fm_mod_frequency_parameter,
-           editor->_tremolo_right_fm_mod_frequency_parameter);
-  mirrored(editor->_tremolo_left_fm_mod_index_parameter, editor->_tremolo_right_fm_mod_index_parameter);
+  // All but the two that are read one after the other, factor first.
+  mirrored(editor->_tremolo_left_fm_mod_frequency_parameter, editor->_tremolo_right_fm_mod_index_parameter);
+  mirrored(editor->_tremolo_left_fm_mod_index_parameter, editor->_tremolo_right_fm_mod_frequency_parameter);
   for (const NSView* centred : std::initializer_list<const NSView*>{
            editor->_knob, editor->_main_title, editor->_tremolo_label, editor->_tremolo_depth_parameter}) {
     mirrored(centred, centred);
+  }
+}
+
+TEST_F(LayoutTest, BothSidesHaveTheSameOrder) {
+  const auto left_of = [this](const NSView* first, const NSView* second) {
+    EXPECT_LE(NSMaxX(in_editor(first)), NSMinX(in_editor(second)));
+    EXPECT_EQ(NSMinY(in_editor(first)), NSMinY(in_editor(second)));
+  };
+  left_of(editor->_tremolo_left_fm_mod_frequency_parameter, editor->_tremolo_left_fm_mod_index_parameter);
+  left_of(editor->_tremolo_right_fm_mod_frequency_parameter, editor->_tremolo_right_fm_mod_index_parameter);
+}
+
+TEST_F(LayoutTest, TheEntryPanelIsAsWideAsEveryReadout) {
+  for (const auto* readout : readouts())
+    EXPECT_EQ(NSWidth(readout->bounds()), NSWidth(editor->_text_entry_popup_view->bounds()));
+}
+
+TEST_F(LayoutTest, TheBoxKeepsClearOfTheSidebarsAndTheControlsOfTheBox) {
+  // Its line runs 4.5 points inside, the sidebars are 20 wide.
+  const CGFloat line = NSMinX(in_editor(editor->_effect_box)) + CGFloat(4.5);
+  EXPECT_GE(line, 30);
+  for (const NSView* control : std::initializer_list<const NSView*>{
+           editor->_vibrato_left_oscillator_response_view, editor->_tremolo_left_fm_mod_frequency_parameter})
+    EXPECT_GE(NSMinX(in_editor(control)), line + 8);
+}
+
+/// Rows of a view, in points from its upper and its lower edge to the nearest ink of that colour.
+struct Margins {
+  double above;
+  double below;
+};
+
+Margins ink_margins(NSView& view, double scale, bool (*is_ink)(const Pixel&)) {
+  const DrawnView drawn(view, scale);
+  int lowest = drawn.height();
+  int highest = -1;
+  for (int y = 0; y < drawn.height(); ++y) {
+    for (int x = static_cast<int>(7 * scale); x < drawn.width() - static_cast<int>(7 * scale); ++x) {
+      if (is_ink(drawn.pixel(x, y))) {
+        lowest = std::min(lowest, y);
+        highest = std::max(highest, y);
+      }
+    }
+  }
+  return {(drawn.height() - 1 - highest) / scale, lowest / scale};
+}
+
+TEST_F(LayoutTest, TextsStandInTheMiddleOfTheirCapsules) {
+  for (const double scale : {1.0, 2.0}) {
+    const auto is_light = [](const Pixel& p) { return std::min({p.red, p.green, p.blue}) > 0.42; };
+    const Margins title = ink_margins(*editor->_main_title, scale, is_light);
+    EXPECT_NEAR(title.above, title.below, 1.01) << scale;
+    const auto is_blue = [](const Pixel& p) { return p.blue > p.red + 0.25; };
+    for (KV_Ondex_Label_View* label : {editor->_left_label, editor->_tremolo_label, editor->_right_label}) {
+      const Margins margins = ink_margins(*label, scale, is_blue);
+      // A letter that reaches below the line takes two points of what the others leave.
+      EXPECT_NEAR(margins.above, margins.below, 2.01) << scale;
+      EXPECT_GE(margins.below, 0.5) << "nothing is cut off";
+    }
   }
 }
 
