@@ -25,6 +25,13 @@ bool is_name_part(char c) {
   return is_name_start(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
 }
 
+/// Of the name of a document type that is known to the public.
+bool is_public_name_part(char c) {
+  constexpr std::string_view kOthers = " \r\n-'()+,./:=?;!*#@$_%";
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+         kOthers.find(c) != std::string_view::npos;
+}
+
 /// Consumes a document from the front. The first failure sticks, and leaves nothing to consume.
 class Scanner {
  public:
@@ -151,7 +158,9 @@ void Scanner::documentType() {
       for (int literals = is_public ? 2 : 1; literals > 0; --literals) {
         if (!takeSpaces())
           fail(kCause);
-        quoted();
+        const bool is_public_name = literals == 2;
+        if (!std::ranges::all_of(quoted(), [=](char c) { return !is_public_name || is_public_name_part(c); }))
+          fail(kCause);
       }
       takeSpaces();
     }

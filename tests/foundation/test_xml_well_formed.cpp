@@ -89,6 +89,7 @@ TEST(XmlFault, IsFoundWhereTheLibraryReadsOn) {
                            "<?p!?><a/>",
                            "<!DOCTYPE a [<!ENTITY x 'y'>]><a/>",
                            "<!DOCTYPE><a/>",
+                           "<!DOCTYPE a PUBLIC '<' 'u'><a/>",
                            "<!DOCTYPE a PUBLIC 'x'><a/>",
                            "<!DOCTYPE a><!DOCTYPE a><a/>",
                            "<a/><!DOCTYPE a>",
