@@ -105,6 +105,55 @@ TEST_F(X11Manager, KeepsAPanelAboveTheWindowItBelongsTo) {
   EXPECT_TRUE(is_above());
 }
 
+TEST_F(X11Manager, MovesAWindowAlongWithThePointer) {
+  PlatformWindow& w = open();
+  const XClient::Geometry before = user.geometry(id(w));
+  user.point(before.x + 10, before.y + 20);
+  user.press(1);
+  ASSERT_TRUE(until([&] { return recorder.count("down") == 1; }));
+  ASSERT_TRUE(w.letManagerMove());
+  int tremble = 0;
+  ASSERT_TRUE(until([&] {
+    user.point(before.x + 90, before.y + 80 + (tremble ^= 1));
+    return user.geometry(id(w)).x == before.x + 80;
+  }));
+  user.point(before.x + 90, before.y + 80);
+  user.release(1);
+  const XClient::Geometry after = {before.x + 80, before.y + 60, 200, 100};
+  EXPECT_TRUE(until([&] { return user.geometry(id(w)) == after; }));
+  EXPECT_TRUE(until([&] { return w.frame().origin.x == static_cast<CGFloat>(after.x); }));
+  // The release is told as soon as the pointer is seen again.
+  user.point(after.x + 30, after.y + 30);
+  EXPECT_TRUE(until([&] { return recorder.count("up") == 1; }));
+  ASSERT_TRUE(user.wait_for_manager());
+  EXPECT_EQ(user.geometry(id(w)), after);
+}
+
+TEST_F(X11Manager, LetsGoOfAWindowWhoseButtonComesUpAtOnce) {
+  PlatformWindow& w = open();
+  const XClient::Geometry before = user.geometry(id(w));
+  for (int click = 1; click <= 5; ++click) {
+    user.point(before.x + 10, before.y + 20);
+    user.press(1);
+    ASSERT_TRUE(until([&] { return recorder.count("down") == click; }));
+    ASSERT_TRUE(w.letManagerMove());
+    user.release(1);
+    ASSERT_TRUE(user.wait_for_manager());
+    settle();
+    ASSERT_TRUE(user.wait_for_manager());
+    user.point(before.x + 30, before.y + 50);
+    EXPECT_TRUE(until([&] { return recorder.count("up") == click; }));
+    ASSERT_TRUE(user.wait_for_manager());
+    EXPECT_EQ(user.geometry(id(w)), before);
+  }
+}
+
+TEST_F(X11Manager, MovesNoWindowThatItDoesNotManage) {
+  open();
+  PlatformWindow& popup = open(other, other_recorder, WindowKind::popup);
+  EXPECT_FALSE(popup.letManagerMove());
+}
+
 TEST_F(X11Manager, ClosesThroughTheOwner) {
   PlatformWindow& w = open();
   user.send_to_manager(id(w), "_NET_CLOSE_WINDOW");
