@@ -376,6 +376,13 @@ void NSWindow::windowMoved() {
   }
 }
 
+void NSWindow::windowWasHidden() {
+  const Ref<NSWindow> self(this);
+  endTracking();
+  // They would stay on the screen alone, and hear keys that nobody sees the effect of.
+  orderOutChildren();
+}
+
 void NSWindow::windowShouldClose() {
   performClose(nullptr);
 }

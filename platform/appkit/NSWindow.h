@@ -180,6 +180,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void windowReceived(const WindowEvent& event) override;
   void windowMustRedraw() override;
   void windowMoved() override;
+  void windowWasHidden() override;
   void windowBecameKey() override;
   void windowResignedKey() override;
   void windowShouldClose() override;

@@ -115,7 +115,7 @@ class HeadlessWindow : public PlatformWindow {
 
   void show() override;
   void hide() override;
-  bool viewable() const override { return shown_ && !obscured_ && !gone_; }
+  bool viewable() const override { return shown_ && !obscured_ && !hidden_ && !gone_; }
   void makeKey() override;
   void giveUpKey() override { postGivingKeyBack(); }
   bool isKey() const override { return system_.key_window_ == this; }
@@ -159,8 +159,10 @@ class HeadlessWindow : public PlatformWindow {
   void resize(NSSize size);
   void setScale(double scale);
   void destroyFromOutside();
-  /// Others cover all of the window, or its host or its manager hides it.
+  /// Others cover all of the window.
   void setObscured(bool obscured);
+  /// Its host or its manager takes it off the screen, or puts it back.
+  void setHidden(bool hidden);
   void loseKey();
   /// Others uncovered a part: it is shown from the kept pixels, and nobody is told.
   void expose(const PixelRect& part);
@@ -209,6 +211,7 @@ class HeadlessWindow : public PlatformWindow {
   bool wants_key_ = false;  ///< as soon as it shows
   bool shown_ = false;
   bool obscured_ = false;
+  bool hidden_ = false;
   bool gone_ = false;
   bool reading_ = false;
   bool has_frame_ = false;

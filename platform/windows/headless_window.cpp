@@ -319,6 +319,14 @@ void HeadlessWindow::setObscured(bool obscured) {
   inject([obscured](HeadlessWindow& window) { window.obscured_ = obscured; });
 }
 
+void HeadlessWindow::setHidden(bool hidden) {
+  inject([hidden](HeadlessWindow& window) {
+    window.hidden_ = hidden;
+    if (hidden)
+      window.delegate_.windowWasHidden();
+  });
+}
+
 void HeadlessWindow::loseKey() {
   inject([](HeadlessWindow& window) {
     if (window.isKey())

@@ -70,6 +70,9 @@ class PlatformWindowDelegate {
   /// Size or scale changed, or the pixels were lost: everything must be drawn again.
   virtual void windowMustRedraw() = 0;
   virtual void windowMoved() = 0;
+  /// Its manager or its host has taken it off the screen, with or without an end: minimised it, shaded it,
+  /// shown the desktop, hidden the host's own window. While a popup of it shows, told before a key of that.
+  virtual void windowWasHidden() = 0;
   virtual void windowBecameKey() = 0;
   virtual void windowResignedKey() = 0;
   /// The user asks to close the window; it stays until its owner closes it.

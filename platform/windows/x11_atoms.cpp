@@ -34,6 +34,8 @@ constexpr std::array named_atoms{
     NamedAtom{&X11Atoms::net_wm_ping, "_NET_WM_PING"},
     NamedAtom{&X11Atoms::net_wm_state, "_NET_WM_STATE"},
     NamedAtom{&X11Atoms::net_wm_state_above, "_NET_WM_STATE_ABOVE"},
+    NamedAtom{&X11Atoms::net_wm_state_hidden, "_NET_WM_STATE_HIDDEN"},
+    NamedAtom{&X11Atoms::net_wm_state_shaded, "_NET_WM_STATE_SHADED"},
     NamedAtom{&X11Atoms::net_wm_window_type, "_NET_WM_WINDOW_TYPE"},
     NamedAtom{&X11Atoms::net_wm_window_type_normal, "_NET_WM_WINDOW_TYPE_NORMAL"},
     NamedAtom{&X11Atoms::net_wm_window_type_dialog, "_NET_WM_WINDOW_TYPE_DIALOG"},

@@ -23,6 +23,8 @@ struct X11Atoms {
   xcb_atom_t net_wm_ping = 0;
   xcb_atom_t net_wm_state = 0;
   xcb_atom_t net_wm_state_above = 0;
+  xcb_atom_t net_wm_state_hidden = 0;
+  xcb_atom_t net_wm_state_shaded = 0;
   xcb_atom_t net_wm_window_type = 0;
   xcb_atom_t net_wm_window_type_normal = 0;
   xcb_atom_t net_wm_window_type_dialog = 0;

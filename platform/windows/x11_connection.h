@@ -58,7 +58,19 @@ class X11Connection {
   /// Whether any came.
   bool collectReplies();
 
+  /// What tells whether somebody may see a window inside `leader`, the top-level window that its manager
+  /// knows: the numbers of three requests, in that order, of which the replies are for the functions below.
+  struct SeenQuestion {
+    unsigned int attributes;
+    unsigned int icccm_state;
+    unsigned int ewmh_state;
+  };
+  SeenQuestion askWhetherSeen(xcb_window_t window, xcb_window_t leader) const;
+
   // These wait for the server.
+
+  /// The same; true for a window that is no more.
+  bool isSeen(xcb_window_t window, xcb_window_t leader);
 
   /// Whether somebody blends the windows of our screen, so that translucent ones may be used.
   bool hasCompositor();
@@ -105,5 +117,12 @@ class X11Connection {
   std::deque<Expected> expected_;  ///< in the order of the requests, which is that of the replies
   std::deque<Expected> arrived_;
 };
+
+/// Of the reply to a request for attributes; null is a window that is no more, and none of these.
+bool is_viewable(const void* attributes);
+/// Of WM_STATE.
+bool is_iconic(const void* icccm_state);
+/// Of _NET_WM_STATE: also when it is shaded.
+bool is_hidden(const void* ewmh_state, const X11Atoms& atoms);
 
 }  // namespace cocoa

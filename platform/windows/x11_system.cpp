@@ -108,7 +108,7 @@ bool X11WindowSystem::dispatch() {
   const double now = Clock::system().now();
   forEachWindow([](X11Window& window) { window.tellDeferred(); });
   forEachWindow([now](X11Window& window) { window.askWhetherHostShows(now); });
-  forEachWindow([now](X11Window& window) { window.askWhetherParentMoved(now); });
+  forEachWindow([now](X11Window& window) { window.watchParent(now); });
   connection_->flush();
   if (connection_->lost()) {
     loseConnection();

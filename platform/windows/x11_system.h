@@ -50,6 +50,8 @@ class X11WindowSystem : public WindowSystem {
   X11Window* find(xcb_window_t id) const;
   /// A popup has, or no longer has, the keys: presses outside of it matter, or no longer do.
   void popupKeyChanged();
+  /// Whether popups are told of presses anywhere.
+  bool watchesPresses() const { return watches_presses_; }
   /// Gives the keys to a window, or to another one if the server refuses: windows go and hide at any time.
   void giveKeyTo(xcb_window_t window, xcb_window_t otherwise, xcb_timestamp_t time);
   /// Calls `use` with every window that there is by the time of its turn.

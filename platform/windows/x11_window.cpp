@@ -100,10 +100,10 @@ bool X11Window::create() {
 }
 
 void X11Window::describe(const std::string& title) {
-  const xcb_window_t leader = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
+  leader_ = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
   managed_ = isManageable() && connection_.hasWindowManager();
   manager_moves_ = managed_ && connection_.managerUnderstands(connection_.atoms().net_wm_moveresize);
-  set_identity(connection_, id_, kind_, leader);
+  set_identity(connection_, id_, kind_, leader_);
   if (resizable_) {
     set_natural_size(connection_, id_, width_, height_, kind_);
   } else {
@@ -284,22 +284,6 @@ void X11Window::present(std::span<const PixelRect> damage) {
   connection_.flush();
 }
 
-void X11Window::lieOverParent() {
-  if (!blends_itself_)
-    return;
-  const X11Window* parent = system_.find(parent_);
-  if (!parent) {
-    surface_->setBackdrop(nullptr, 0, 0);
-    return;
-  }
-  const bool knows_its_place = parent->kind_ != WindowKind::embedded;
-  const int parent_x = knows_its_place ? parent->x_ : parent->screen_x_;
-  const int parent_y = knows_its_place ? parent->y_ : parent->screen_y_;
-  const PixelRect& below = parent->drawn_;
-  surface_->setBackdrop(parent->surface_.get(), x_ + drawn_.x - parent_x - below.x,
-                        y_ + drawn_.y - parent_y - below.y);
-}
-
 void X11Window::makeKey() {
   if (gone_ || is_key_)
     return;
@@ -327,6 +311,8 @@ void X11Window::takeKey() {
   xcb_connection_t* c = connection_.get();
   selectKeys(true);
   asked_for_key_ = true;
+  gave_key_back_ = false;
+  times_retaken_ = 0;
   if (isPopup())
     system_.popupKeyChanged();
   const unsigned int sequence = xcb_get_input_focus(c).sequence;
@@ -346,6 +332,7 @@ void X11Window::giveKeyBack(xcb_timestamp_t time) {
   if (!is_key_ && !asked_for_key_)
     return;
   asked_for_key_ = false;
+  gave_key_back_ = true;
   if (managed_)
     return;
   xcb_window_t parent_or_host = XCB_INPUT_FOCUS_POINTER_ROOT;

@@ -85,8 +85,9 @@ class X11Window : public PlatformWindow {
   void parentHasHeight(int height);
   /// Asks whether the host's windows show; the answer comes with a later dispatch.
   void askWhetherHostShows(double now);
-  /// Asks where the embedded window is that this popup lies over: the server tells nobody when a host moves.
-  void askWhetherParentMoved(double now);
+  /// Asks where the embedded window is that this popup lies over, and whether it shows: the server tells
+  /// nobody when a host moves or hides.
+  void watchParent(double now);
   /// Tells what could not be told from inside a call.
   void tellDeferred();
 
@@ -106,6 +107,15 @@ class X11Window : public PlatformWindow {
   /// Has the parent's pixels show through from where it is now, if nobody else sees to it.
   void lieOverParent();
   void takeKey();
+  void loseKey();
+  void askWhoHasKeys();
+  void judgeKeyHolder(xcb_window_t holder, int depth);
+  void retakeKey();
+  void askWhetherParentIsSeen(double now);
+  /// The same now; waits for the server.
+  bool parentIsSeen() const;
+  /// The owner of the parent may well destroy this window.
+  void tellParentHidden();
   void giveKeyBack(xcb_timestamp_t time = XCB_CURRENT_TIME);
   void askForScreenPlace(double now);
   void releaseHeldButtons();
@@ -123,6 +133,8 @@ class X11Window : public PlatformWindow {
   bool resizable_;
   /// Of a popup or panel, by its number: an owner may well close the parent first.
   xcb_window_t parent_ = XCB_WINDOW_NONE;
+  /// The top-level window that the parent is or lies in.
+  xcb_window_t leader_ = XCB_WINDOW_NONE;
   xcb_window_t id_;
   xcb_window_t host_ = XCB_WINDOW_NONE;
   bool blends_itself_ = false;  ///< a popup with translucent pixels on a screen without translucent windows
@@ -150,6 +162,14 @@ class X11Window : public PlatformWindow {
   bool asked_host_ = false;
   double host_asked_at_ = 0;
   bool gone_ = false;
+  bool asked_parent_ = false;
+  bool parent_hidden_ = false;
+  bool parent_was_seen_ = false;
+  double parent_asked_at_ = 0;
+  bool gave_key_back_ = false;
+  bool asks_for_key_holder_ = false;
+  int times_retaken_ = 0;
+  double retaking_since_ = 0;
   bool asked_place_ = false;
   double place_asked_at_ = 0;
   bool is_key_ = false;

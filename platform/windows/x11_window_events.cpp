@@ -125,6 +125,8 @@ void X11Window::releaseHeldButtons() {
 }
 
 void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
+  if (down && isPopup() && !parentIsSeen())
+    return tellParentHidden();
   X11Keyboard& keyboard = system_.keyboard();
   X11Keyboard::Key key =
       down ? keyboard.press(event.detail, event.state) : keyboard.release(event.detail, event.state);
@@ -148,43 +150,33 @@ void X11Window::handleFocus(const xcb_focus_in_event_t& event, bool has_it) {
                     event.detail == XCB_NOTIFY_DETAIL_NONLINEAR_VIRTUAL;
   if (grabs || !ours || is_key_ == has_it)
     return;
-  is_key_ = has_it;
+  if (!has_it) {
+    // Of a popup that is told of presses anywhere, these end it and not the pointer's way to its parent.
+    if (isPopup() && shown_ && !gave_key_back_ && system_.watchesPresses())
+      return askWhoHasKeys();
+    return loseKey();
+  }
+  is_key_ = true;
   asked_for_key_ = false;
   if (isPopup())
     system_.popupKeyChanged();
-  if (has_it) {
-    delegate_.windowBecameKey();
-    return;
-  }
+  delegate_.windowBecameKey();
+}
+
+void X11Window::loseKey() {
+  is_key_ = false;
+  asked_for_key_ = false;
   key_before_ = XCB_WINDOW_NONE;
   selectKeys(false);
   system_.keyboard().forgetHeldKeys();
-  delegate_.windowResignedKey();
-}
-
-void X11Window::handlePressOutside(xcb_timestamp_t time) {
-  if (!isPopupWithKey())
-    return;
-  // Just before the press: whoever gives the keys to what was pressed shall have the last word.
-  giveKeyBack(time - 1);
-  is_key_ = false;
-  key_before_ = XCB_WINDOW_NONE;
-  system_.keyboard().forgetHeldKeys();
-  system_.popupKeyChanged();
+  if (isPopup())
+    system_.popupKeyChanged();
   delegate_.windowResignedKey();
 }
 
 void X11Window::handleExpose(const xcb_expose_event_t& event) {
   lieOverParent();
   surface_->restoreInWindow({event.x, event.y, event.width, event.height});
-}
-
-void X11Window::handleNewsBelow(const X11Window& parent, std::span<const PixelRect> damage) {
-  if (!blends_itself_ || parent_ != parent.id_)
-    return;
-  lieOverParent();
-  for (const PixelRect& part : damage)
-    surface_->restoreAbove(clipped(part, parent.drawn_.width, parent.drawn_.height));
 }
 
 void X11Window::handleConfigure(const xcb_configure_notify_event_t& event, uint32_t sequence) {
@@ -315,36 +307,6 @@ void X11Window::askWhetherHostShows(double now) {
       window->host_shows_ =
           static_cast<const xcb_get_window_attributes_reply_t*>(reply)->map_state == XCB_MAP_STATE_VIEWABLE;
     }
-  });
-}
-
-void X11Window::askWhetherParentMoved(double now) {
-  if (!isPopup() || !shown_)
-    return;
-  X11Window* parent = system_.find(parent_);
-  if (parent && parent->kind_ == WindowKind::embedded)
-    parent->askForScreenPlace(now);
-}
-
-void X11Window::askForScreenPlace(double now) {
-  constexpr double interval = 1.0 / 60;
-  if (asked_place_ || now - place_asked_at_ < interval)
-    return;
-  asked_place_ = true;
-  place_asked_at_ = now;
-  const unsigned int sequence =
-      xcb_translate_coordinates(connection_.get(), id_, connection_.root(), 0, 0).sequence;
-  connection_.expect(sequence, [&system = system_, id = id_](const void* reply) {
-    X11Window* window = system.find(id);
-    if (!window)
-      return;
-    window->asked_place_ = false;
-    const auto* origin = static_cast<const xcb_translate_coordinates_reply_t*>(reply);
-    if (!origin || (origin->dst_x == window->screen_x_ && origin->dst_y == window->screen_y_))
-      return;
-    window->screen_x_ = origin->dst_x;
-    window->screen_y_ = origin->dst_y;
-    window->delegate_.windowMoved();
   });
 }
 

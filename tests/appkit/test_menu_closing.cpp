@@ -95,6 +95,15 @@ TEST_F(MenuTracking, AMovedWindowClosesIt) {
   EXPECT_FALSE(open());
 }
 
+TEST_F(MenuTracking, ItGoesWithAHiddenWindow) {
+  click_button();
+  main_window().setHidden(true);
+  turn();
+  EXPECT_FALSE(open());
+  EXPECT_EQ(system.pointerOwner(), nullptr);
+  EXPECT_TRUE(host->edited.empty());
+}
+
 TEST_F(MenuTracking, ItGoesWithItsWindowOffTheScreen) {
   int ends = 0;
   button->cell()->performClickWithFrame_inView(button->frame(), window->contentView(), [&ends] { ++ends; });

@@ -87,6 +87,21 @@ TEST_F(NumericEntry, TheEditorMayGoWhileThePanelIsOpen) {
   EXPECT_TRUE(system.windows().empty());
 }
 
+TEST_F(NumericEntry, GoesWithoutAWriteWhenItsWindowIsHidden) {
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  HeadlessWindow& panel = *system.newestWindow();
+  panel.type("7");
+  pass();
+  system.windows().front()->setHidden(true);
+  pass();
+  EXPECT_FALSE(editor->_text_entry_popup_view->window());
+  EXPECT_EQ(system.windows().size(), 1U);
+  system.windows().front()->setHidden(false);
+  pass();
+  EXPECT_EQ(system.windows().size(), 1U);
+  EXPECT_TRUE(writes.empty());
+}
+
 TEST_F(NumericEntry, TwoEditorsHavePanelsOfTheirOwn) {
   const auto second = make_editor();
   EXPECT_NE(second->_text_entry_popup_view, editor->_text_entry_popup_view);

@@ -27,6 +27,7 @@ class Recorder : public PlatformWindowDelegate {
   }
   void windowMustRedraw() override { tell("redraw"); }
   void windowMoved() override { tell("moved"); }
+  void windowWasHidden() override { tell("hidden"); }
   void windowBecameKey() override { tell("key"); }
   void windowResignedKey() override {
     tell("resigned");
