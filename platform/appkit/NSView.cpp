@@ -53,6 +53,7 @@ NSView::~NSView() {
   for (const Ref<NSView>& view : subviews_) {
     view->superview_ = nullptr;
     view->moveToWindow(nullptr);
+    view->tellPlaceChanged();
   }
 }
 
@@ -118,6 +119,8 @@ void NSView::addSubview(NSView* view) {
   if (!view || isDescendantOf(view))
     return;
   const Ref<NSView> added(view);
+  // The view may have been the last to hold this one.
+  const Ref<NSView> self(this);
   if (view->superview_ == this) {
     std::erase_if(subviews_, [view](const Ref<NSView>& each) { return each.get() == view; });
     subviews_.push_back(added);
@@ -126,6 +129,7 @@ void NSView::addSubview(NSView* view) {
     view->superview_ = this;
     subviews_.push_back(added);
     view->moveToWindow(window_);
+    view->tellPlaceChanged();
   }
   view->markAll();
 }
@@ -138,6 +142,7 @@ void NSView::removeFromSuperview() {
   std::erase_if(superview_->subviews_, [this](const Ref<NSView>& each) { return each.get() == this; });
   superview_ = nullptr;
   moveToWindow(nullptr);
+  tellPlaceChanged();
 }
 
 bool NSView::isDescendantOf(const NSView* other) const {
@@ -160,6 +165,26 @@ void NSView::moveToWindow(NSWindow* window) {
   for (const Ref<NSView>& view : views) {
     if (view->superview_ == this)
       view->moveToWindow(window);
+  }
+}
+
+void NSView::addPlaceObserver(const std::shared_ptr<NSViewPlaceObserver>& observer) {
+  std::erase_if(place_observers_, [](const auto& each) { return each.expired(); });
+  place_observers_.push_back(observer);
+}
+
+/// To the observers of the view and of all in it.
+void NSView::tellPlaceChanged() {
+  // They may let go of views, and of themselves.
+  const std::vector<std::weak_ptr<NSViewPlaceObserver>> observers = place_observers_;
+  const std::vector<Ref<NSView>> views = subviews_;
+  for (const auto& each : observers) {
+    if (const auto observer = each.lock())
+      observer->viewPlaceChanged(*this);
+  }
+  for (const Ref<NSView>& view : views) {
+    if (view->superview_ == this)
+      view->tellPlaceChanged();
   }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "appkit/NSResponder.h"
 
 namespace cocoa {
 
+class NSView;
 class NSWindow;
 
 enum NSAutoresizingMask : unsigned {
@@ -16,6 +18,15 @@ enum NSAutoresizingMask : unsigned {
   NSViewMinYMargin = 8,
   NSViewHeightSizable = 16,
   NSViewMaxYMargin = 32,
+};
+
+/// Hears when a view has come to lie in other views or another window than before, or no longer lies in some:
+/// also when it was one around the view that was moved.
+class NSViewPlaceObserver {
+ public:
+  virtual ~NSViewPlaceObserver() = default;
+  /// A view around this one may be in its destructor.
+  virtual void viewPlaceChanged(const NSView& view) = 0;
 };
 
 /// A rectangle of a window that draws itself and receives events.
@@ -53,6 +64,8 @@ class NSView : public NSResponder {
   void removeFromSuperview();
   bool isDescendantOf(const NSView* other) const;
   virtual void viewDidMoveToWindow() {}
+  /// Not retained: it is told for as long as others hold it.
+  void addPlaceObserver(const std::shared_ptr<NSViewPlaceObserver>& observer);
 
   void setHidden(bool hidden);
   bool isHidden() const { return hidden_; }
@@ -88,6 +101,7 @@ class NSView : public NSResponder {
   NSPoint originInWindow() const;
   NSRect visibleRectInWindow(NSRect rect) const;
   void moveToWindow(NSWindow* window);
+  void tellPlaceChanged();
   const NSView* frontOpaqueCover(NSRect dirty) const;
   void draw(NSRect dirty, const NSView*& first);
   void resizeInSuperview(NSSize old_size, NSSize new_size);
@@ -96,6 +110,7 @@ class NSView : public NSResponder {
   NSView* superview_ = nullptr;
   NSWindow* window_ = nullptr;
   std::vector<Ref<NSView>> subviews_;
+  std::vector<std::weak_ptr<NSViewPlaceObserver>> place_observers_;
   unsigned autoresizing_mask_ = NSViewNotSizable;
   bool hidden_ = false;
 };

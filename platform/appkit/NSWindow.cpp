@@ -50,8 +50,10 @@ NSWindow::~NSWindow() {
     child->platform_.reset();
   }
   // The view may be in another window by now.
-  if (content_view_ && content_view_->window() == this)
+  if (content_view_ && content_view_->window() == this) {
     content_view_->moveToWindow(nullptr);
+    content_view_->tellPlaceChanged();
+  }
   CGContextRelease(context_);
 }
 
@@ -59,12 +61,17 @@ void NSWindow::setContentView(NSView* view) {
   if (!view || content_view_ == view)
     return;
   const Ref<NSView> added(view);
+  // The view may have been the last to hold the window.
+  const Ref<NSWindow> self(this);
   view->removeFromSuperview();
-  if (content_view_)
-    content_view_->moveToWindow(nullptr);
-  content_view_ = added;
+  const Ref<NSView> before = std::exchange(content_view_, added);
+  if (before) {
+    before->moveToWindow(nullptr);
+    before->tellPlaceChanged();
+  }
   view->setFrame({{0, 0}, frame_.size});
   view->moveToWindow(this);
+  view->tellPlaceChanged();
   markAll();
 }
 

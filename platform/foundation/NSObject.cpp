@@ -46,7 +46,6 @@ void NSObject::release() {
   if (--retain_count_ != 0)
     return;
   // What it owns may retain and release it while it goes: that must not destroy it again.
-  constexpr unsigned going = 1U << 30;
   retain_count_ = going;
   delete this;
 }

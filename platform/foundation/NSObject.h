@@ -90,6 +90,8 @@ class NSObject {
   /// Releases the object once when the innermost NSAutoreleasePool of this thread drains.
   void autorelease();
   unsigned retainCount() const { return retain_count_; }
+  /// Whether its destruction has begun, when nobody can keep it any more.
+  bool isGoing() const { return retain_count_ >= going; }
 
   /// Sends `action` with one argument; logs and does nothing when the class does not have it.
   void performSelector_withObject(SEL action, NSObject* object);
@@ -114,6 +116,7 @@ class NSObject {
   friend class WeakRef;
   /// Cleared when the object goes; made on the first weak reference.
   std::shared_ptr<NSObject*> weak_link_;
+  static constexpr unsigned going = 1U << 30;
   unsigned retain_count_ = 1;
 };
 

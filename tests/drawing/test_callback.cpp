@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "appkit/NSWindow.h"
 #include "drawing/Callback.h"
 #include "recording_host.h"
 
@@ -91,6 +92,92 @@ TEST_F(CallbackTest, OutlivesTheViewItLaysIn) {
   parent = nullptr;
   EXPECT_EQ(callback.host(), nullptr);
   callback.send(control.get());
+}
+
+TEST_F(CallbackTest, ItDoesNotMatterWhetherTheCallbackIsSetBeforeTheControlIsPutIntoItsHost) {
+  auto parent = make<NSView>(frame);
+  const WeakRef<NSView> watched(parent.get());
+  Callback callback;
+  callback.set(edited_selector, parent.get(), *control);
+  EXPECT_EQ(parent->retainCount(), 2U);
+  parent->addSubview(control.get());
+  EXPECT_EQ(parent->retainCount(), 1U);
+  EXPECT_EQ(callback.host(), parent.get());
+  parent = nullptr;
+  EXPECT_FALSE(watched);
+  EXPECT_EQ(callback.host(), nullptr);
+}
+
+TEST_F(CallbackTest, WhatLiesAroundTheControlMayBePutIntoTheHostLater) {
+  const auto parent = make<NSView>(frame);
+  const auto grandparent = make<NSView>(frame);
+  Callback callback;
+  callback.set(edited_selector, grandparent.get(), *control);
+  parent->addSubview(control.get());
+  EXPECT_EQ(grandparent->retainCount(), 2U);
+  grandparent->addSubview(parent.get());
+  EXPECT_EQ(grandparent->retainCount(), 1U);
+  parent->removeFromSuperview();
+  EXPECT_EQ(grandparent->retainCount(), 2U);
+  control->removeFromSuperview();
+  EXPECT_EQ(grandparent->retainCount(), 2U);
+}
+
+TEST_F(CallbackTest, AControlThatIsTakenOutOfItsHostKeepsIt) {
+  auto parent = make<NSView>(frame);
+  const WeakRef<NSView> watched(parent.get());
+  {
+    Callback callback;
+    parent->addSubview(control.get());
+    callback.set(edited_selector, parent.get(), *control);
+    control->removeFromSuperview();
+    parent = nullptr;
+    EXPECT_TRUE(watched);
+    EXPECT_EQ(callback.host(), watched.get());
+  }
+  EXPECT_FALSE(watched);
+}
+
+TEST_F(CallbackTest, AHostThatOnlyItsControlKeptGoesWhenItGetsTheControl) {
+  Callback callback;
+  auto parent = make<NSView>(frame);
+  NSView* const host_view = parent.get();
+  const WeakRef<NSView> watched(host_view);
+  callback.set(edited_selector, host_view, *control);
+  parent = nullptr;
+  ASSERT_TRUE(watched);
+  host_view->addSubview(control.get());
+  EXPECT_FALSE(watched);
+  EXPECT_EQ(callback.host(), nullptr);
+  EXPECT_EQ(control->superview(), nullptr);
+}
+
+TEST_F(CallbackTest, AWindowThatTheControlLiesInIsNotRetained) {
+  auto window = make<NSWindow>(frame, NSTitledWindowMask);
+  const WeakRef<NSWindow> watched(window.get());
+  Callback callback;
+  callback.set(edited_selector, window.get(), *control);
+  EXPECT_EQ(window->retainCount(), 2U);
+  window->setContentView(control.get());
+  EXPECT_EQ(window->retainCount(), 1U);
+  window->setContentView(make<NSView>(frame).get());
+  EXPECT_EQ(window->retainCount(), 2U);
+  window->contentView()->addSubview(control.get());
+  EXPECT_EQ(window->retainCount(), 1U);
+  window = nullptr;
+  EXPECT_FALSE(watched);
+  EXPECT_EQ(callback.host(), nullptr);
+}
+
+TEST_F(CallbackTest, TheHostMayKeepTheControlWithoutShowingIt) {
+  auto parent = make<NSView>(frame);
+  const auto box = make<NSView>(frame);
+  Callback callback;
+  callback.set(edited_selector, parent.get(), *control);
+  box->addSubview(control.get());
+  parent->addSubview(box.get());
+  parent = nullptr;
+  EXPECT_EQ(callback.host(), nullptr) << "what is left of it is the box";
 }
 
 TEST_F(CallbackTest, AHostThatReplacesItselfWhileItIsCalledStaysUntilItReturns) {
