@@ -188,8 +188,9 @@ HostLog::HostLog(const LV2_Feature* const* features) {
 
 void HostLog::write(std::string_view line) const {
   const auto length = static_cast<int>(line.size());
-  if (log_ && type_ != 0) {
-    log_->printf(log_->handle, type_, "%.*s\n", length, line.data());
+  // A copy: it is forgotten when the host ends the editor from inside the call.
+  if (const auto log = log_; log && type_ != 0) {
+    log->printf(log->handle, type_, "%.*s\n", length, line.data());
   } else {
     std::fprintf(stderr, "%.*s\n", length, line.data());
   }

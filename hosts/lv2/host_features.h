@@ -34,6 +34,8 @@ HostFeatures read_features(const LV2_Feature* const* features);
 class HostLog {
  public:
   explicit HostLog(const LV2_Feature* const* features);
+  /// From now on lines go to standard error.
+  void forgetHost() { log_.reset(); }
   /// A line to the host, or to standard error.
   void write(std::string_view line) const;
 

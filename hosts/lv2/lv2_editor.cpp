@@ -48,12 +48,12 @@ class LV2Editor::Scope {
   const NSAutoreleasePool pool_;
 };
 
-std::unique_ptr<LV2Editor> LV2Editor::open(Host host, const std::string& resources) {
+std::shared_ptr<LV2Editor> LV2Editor::open(Host host, const std::string& resources) {
   if (!has_memory(memory_to_open)) {
     NSLog("Ondex: there is no memory for an editor.");
     return nullptr;
   }
-  std::unique_ptr<LV2Editor> editor(new LV2Editor(std::move(host)));
+  std::shared_ptr<LV2Editor> editor(new LV2Editor(std::move(host)));
   return editor->connect() && editor->makeWindow(resources) ? std::move(editor) : nullptr;
 }
 
@@ -77,6 +77,17 @@ LV2Editor::~LV2Editor() {
     window_ = nullptr;
   }
   dispatcher_.reset();
+}
+
+void LV2Editor::end() {
+  const Scope scope(*this);
+  gestures_.endAll();
+  ended_ = closed_ = gone_ = true;
+  host_.features.resize.reset();
+  host_.features.touch.reset();
+  host_.log.forgetHost();
+  window_->setDelegate(nullptr);
+  window_->close();
 }
 
 bool LV2Editor::connect() {
@@ -118,7 +129,7 @@ bool LV2Editor::makeWindow(const std::string& resources) {
 }
 
 void LV2Editor::tellSize() const {
-  const auto& resize = host_.features.resize;
+  const auto resize = host_.features.resize;
   if (!resize)
     return;
   const PlatformWindow& window = *window_->platformWindow();
@@ -206,7 +217,12 @@ bool LV2Editor::resize(int width, int height) {
 
 void LV2Editor::write(unsigned parameter, float value) {
   const double now = clock_.now();
+  if (ended_)
+    return;
   gestures_.willWrite(parameter, window_ ? window_->gestureOfNow() : GestureKind::entry, now);
+  // The host may have ended the editor from inside the call.
+  if (ended_)
+    return;
   // Before the host hears of it, as it may answer from inside the call.
   echoes_[parameter].wrote(value, now);
   host_.write(host_.controller, host_.features.ports[parameter], sizeof value, 0, &value);
@@ -214,7 +230,8 @@ void LV2Editor::write(unsigned parameter, float value) {
 }
 
 void LV2Editor::tellTouch(unsigned parameter, bool begins) {
-  if (const auto& touch = host_.features.touch)
+  // A copy: it is taken away when the host ends the editor from inside the call.
+  if (const auto touch = host_.features.touch)
     touch->touch(touch->handle, host_.features.ports[parameter], begins);
 }
 

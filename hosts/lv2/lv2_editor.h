@@ -37,7 +37,7 @@ class EditorClock : public cocoa::Clock {
 ///
 /// Shares nothing with other editors but the classes: the connection to the display, the run loop and the log
 /// are its own. The host's calls may come on any threads, one at a time; calls from inside its own calls to
-/// the host are expected.
+/// the host are expected, end() among them: whoever calls the editor holds it until the call returns.
 class LV2Editor : private cocoa::NSWindowDelegate {
  public:
   /// The host's end.
@@ -50,8 +50,11 @@ class LV2Editor : private cocoa::NSWindowDelegate {
 
   /// `resources` is the folder of the interface files. Null, after a line in the log, when there is nothing
   /// to show or nowhere to show it. Otherwise the window is there, in the host's shown and with its size.
-  static std::unique_ptr<LV2Editor> open(Host host, const std::string& resources);
+  static std::shared_ptr<LV2Editor> open(Host host, const std::string& resources);
   ~LV2Editor() override;
+  /// The host wants no more of the editor: its gestures end, its windows close, and it hears nothing from
+  /// then on.
+  void end();
   LV2Editor(const LV2Editor&) = delete;
   LV2Editor& operator=(const LV2Editor&) = delete;
 
@@ -107,6 +110,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   bool turning_ = false;
   bool lacks_memory_ = false;
   bool user_closes_ = false;
+  bool ended_ = false;   ///< there is no host any more
   bool closed_ = false;  ///< by the user, or gone
   bool gone_ = false;    ///< destroyed by others, or with its display
 };

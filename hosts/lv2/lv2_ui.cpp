@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "lv2_ui/lv2_editor.h"
 
@@ -15,8 +16,12 @@ using cocoa::NSLog;
 
 namespace {
 
-LV2Editor* editor_of(LV2UI_Handle handle) {
-  return static_cast<LV2Editor*>(handle);
+/// What a handle points to. Each call holds the editor, so that a cleanup from inside of it leaves the editor
+/// there until the outermost has returned.
+using Held = std::shared_ptr<LV2Editor>;
+
+Held editor_of(LV2UI_Handle handle) {
+  return handle ? *static_cast<Held*>(handle) : nullptr;
 }
 
 LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* plugin, const char* bundle_path,
@@ -42,32 +47,43 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* plugin, const char
     return nullptr;
   // The window's number, in a pointer's clothes.
   *widget = std::bit_cast<LV2UI_Widget>(static_cast<uintptr_t>(editor->window()));
-  return editor.release();
+  return new Held(std::move(editor));
 }
 
 void cleanup(LV2UI_Handle handle) {
-  delete editor_of(handle);
+  if (!handle)
+    return;
+  // First of all: to whatever the host still calls from inside, there is no editor any more.
+  const Held editor = std::exchange(*static_cast<Held*>(handle), nullptr);
+  if (!editor)
+    return;
+  editor->end();
+  delete static_cast<Held*>(handle);
 }
 
 void port_event(LV2UI_Handle handle, uint32_t port, uint32_t size, uint32_t format, const void* buffer) {
-  if (handle)
-    editor_of(handle)->portEvent(port, size, format, buffer);
+  if (const Held editor = editor_of(handle))
+    editor->portEvent(port, size, format, buffer);
 }
 
 int idle(LV2UI_Handle handle) {
-  return handle && editor_of(handle)->idle() ? 0 : 1;
+  const Held editor = editor_of(handle);
+  return editor && editor->idle() ? 0 : 1;
 }
 
 int show(LV2UI_Handle handle) {
-  return handle && editor_of(handle)->show() ? 0 : 1;
+  const Held editor = editor_of(handle);
+  return editor && editor->show() ? 0 : 1;
 }
 
 int hide(LV2UI_Handle handle) {
-  return handle && editor_of(handle)->hide() ? 0 : 1;
+  const Held editor = editor_of(handle);
+  return editor && editor->hide() ? 0 : 1;
 }
 
 int resize(LV2UI_Feature_Handle handle, int width, int height) {
-  return handle && editor_of(handle)->resize(width, height) ? 0 : 1;
+  const Held editor = editor_of(handle);
+  return editor && editor->resize(width, height) ? 0 : 1;
 }
 
 const void* extension_data(const char* uri) {

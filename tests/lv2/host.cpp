@@ -190,7 +190,10 @@ void Host::write(LV2UI_Controller controller, uint32_t port, uint32_t size, uint
 }
 
 void Host::touch(LV2UI_Feature_Handle handle, uint32_t port, bool grabbed) {
-  host_of(handle).told_.push_back({grabbed ? Told::begin : Told::end, port, 0});
+  Host& host = host_of(handle);
+  host.told_.push_back({grabbed ? Told::begin : Told::end, port, 0});
+  if (host.on_touch)
+    host.on_touch(port, grabbed);
 }
 
 int Host::announce(LV2UI_Feature_Handle handle, int width, int height) {

@@ -97,6 +97,8 @@ class Host {
 
   /// How it answers writes: called from inside the write function.
   std::function<void(uint32_t port, float value)> on_write;
+  /// Called from inside the touch function.
+  std::function<void(uint32_t port, bool grabbed)> on_touch;
   std::string bundle_path;
   std::string plugin_uri = "urn:kelvane:ondex";
   bool has_write_function = true;

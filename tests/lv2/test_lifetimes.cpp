@@ -211,6 +211,131 @@ TEST_F(Lifetimes, the_object_may_be_unloaded_and_loaded_again) {
   }
 }
 
+/// A host that asks its user something in one of its functions, who closes the editor meanwhile.
+class CleanupInside : public HostTest {
+ protected:
+  /// What the user did while the host did not look comes in one idle call.
+  int dragAtOnce() {
+    point(on_depth);
+    user.press(1);
+    for (int step = 1; step <= 4; ++step)
+      point({on_depth.x, on_depth.y - 10 * step});
+    user.release(1);
+    user.sync();
+    int answer = 0;
+    while (host.isOpen())
+      answer = host.idle();
+    return answer;
+  }
+};
+
+TEST_F(CleanupInside, a_write) {
+  open();
+  size_t told_by_then = 0;
+  host.on_write = [&](uint32_t, float) {
+    host.close();
+    user.destroy(parent);
+    told_by_then = host.told().size();
+  };
+  EXPECT_NE(dragAtOnce(), 0) << "there is nothing to go on with";
+  EXPECT_THAT(host.writes(), SizeIs(1));
+  EXPECT_EQ(host.told().back(), (Told{Told::end, depth_port, 0})) << "cleanup ends the gesture";
+  EXPECT_EQ(host.told().size(), told_by_then) << "nobody is called after cleanup";
+  EXPECT_THAT(host.log(), IsEmpty());
+}
+
+TEST_F(CleanupInside, the_beginning_of_a_touch) {
+  open();
+  host.on_touch = [this](uint32_t, bool) { host.close(); };
+  EXPECT_NE(dragAtOnce(), 0);
+  EXPECT_THAT(host.told(),
+              testing::ElementsAre(Told{Told::begin, depth_port, 0}, Told{Told::end, depth_port, 0}));
+}
+
+TEST_F(CleanupInside, the_end_of_a_touch) {
+  open();
+  host.on_touch = [this](uint32_t, bool grabbed) {
+    if (!grabbed)
+      host.close();
+  };
+  EXPECT_NE(dragAtOnce(), 0);
+  EXPECT_FALSE(host.writes().empty());
+  EXPECT_EQ(host.told().back().kind, Told::end);
+}
+
+TEST_F(CleanupInside, the_end_of_a_touch_that_hide_ends) {
+  open();
+  press(on_depth);
+  point({on_depth.x, on_depth.y - 30});
+  settle();
+  ASSERT_FALSE(host.writes().empty());
+  host.on_touch = [this](uint32_t, bool) { host.close(); };
+  host.hide();
+  EXPECT_FALSE(host.isOpen());
+  EXPECT_EQ(host.told().back().kind, Told::end);
+}
+
+TEST_F(CleanupInside, the_write_of_a_typed_number) {
+  open();
+  point(on_left_rate);
+  user.click(1);
+  user.click(1);
+  settle();
+  ASSERT_TRUE(host.idleUntil([this] { return user.focused() != parent && user.focused() != user.root(); }));
+  host.on_write = [this](uint32_t, float) { host.close(); };
+  user.type_key('7');
+  user.type_key(0xff0d);
+  user.sync();
+  EXPECT_TRUE(test_support::wait_until([this] {
+    if (host.isOpen())
+      host.idle();
+    return !host.isOpen();
+  }));
+  EXPECT_THAT(host.writes(), testing::ElementsAre(Told{Told::write, left_rate_port, 7}));
+  EXPECT_EQ(host.told().back(), (Told{Told::end, left_rate_port, 0}));
+  EXPECT_TRUE(test_support::wait_until([this] { return user.children(parent).empty(); }));
+}
+
+TEST_F(CleanupInside, its_own_touch_calls_is_one_cleanup) {
+  open();
+  press(on_depth);
+  point({on_depth.x, on_depth.y - 30});
+  settle();
+  const LV2UI_Handle handle = host.handle();
+  host.on_touch = [this, handle](uint32_t, bool) { object.descriptor()->cleanup(handle); };
+  host.close();
+  EXPECT_EQ(host.told().back().kind, Told::end);
+}
+
+TEST_F(Lifetimes, an_editor_may_be_opened_and_closed_and_another_closed_from_inside_a_write) {
+  open();
+  auto other = openAnother(1);
+  host.on_write = [&](uint32_t, float) {
+    other->close();
+    const auto third = openAnother(2);
+    third->idle();
+  };
+  drag(on_depth, 0, -40);
+  EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
+  EXPECT_THAT(host.log(), IsEmpty());
+}
+
+TEST_F(Lifetimes, every_other_call_may_come_from_inside_a_write) {
+  open();
+  host.on_write = [this](uint32_t, float) {
+    EXPECT_EQ(host.hide(), 0);
+    EXPECT_EQ(host.show(), 0);
+    EXPECT_EQ(host.resize(860, 352), 0);
+    EXPECT_EQ(host.idle(), 0);
+  };
+  point(on_depth);
+  settle();
+  user.click(4);
+  settle();
+  EXPECT_THAT(host.writes(), SizeIs(1));
+  EXPECT_TRUE(host.idleUntil([this] { return user.viewable(host.window()); }));
+}
+
 TEST_F(Lifetimes, idle_calls_and_values_may_come_from_inside_a_write) {
   open();
   host.on_write = [this](uint32_t port, float value) {
