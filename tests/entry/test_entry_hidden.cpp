@@ -121,6 +121,21 @@ TEST_F(EntryInHiddenHost, GoesWithAHostThatItsManagerOnlySaysIsAnIcon) {
   EXPECT_TRUE(writes.empty());
 }
 
+TEST_F(EntryInHiddenHost, OpensAgainWhenTheHostIsBack) {
+  user.unmap(top);
+  ASSERT_TRUE(closes());
+  user.map(top);
+  ASSERT_TRUE(until([this] { return window->platformWindow()->viewable(); }));
+  // A press elsewhere, so that the next two count as one and two.
+  point_at(10, 10);
+  user.click(1);
+  open_entry();
+  type("3");
+  user.type_key(key::enter);
+  ASSERT_TRUE(closes());
+  EXPECT_EQ(writes, (std::vector<Write>{{0, 3}}));
+}
+
 // Focus follows the mouse: a manager gives it to the window that the pointer moves onto.
 
 TEST_F(EntryInHiddenHost, StaysWhenTheFocusFollowsThePointerOntoTheEditor) {
