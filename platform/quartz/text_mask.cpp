@@ -7,9 +7,9 @@ namespace cocoa {
 
 namespace {
 
-/// Letters beyond these device pixels, and lines beyond this many, are filled as shapes.
+/// Letters beyond these device pixels, and texts beyond this many in all, are filled as shapes.
 constexpr double max_letter = 256;
-constexpr double max_extent = 16384;
+constexpr double max_pixels = 1 << 22;
 
 /// A glyph's mask and the device pixel that it starts in.
 struct PlacedGlyph {
@@ -75,12 +75,15 @@ void add_coverage(TextMask& text, const GlyphMask& glyph, const PixelBounds& bou
 }  // namespace
 
 bool suits_mask(std::span<const TextLine> lines, double scale_x, double scale_y) {
-  double width = 0;
-  for (const TextLine& line : lines)
-    width = std::max(width, std::abs(line.x) + line.width);
+  double left = 0;
+  double right = 0;
+  for (const TextLine& line : lines) {
+    left = std::min(left, line.x);
+    right = std::max(right, line.x + line.width);
+  }
   const double size = lines.front().shaped.size();
-  return size * scale_x <= max_letter && size * scale_y <= max_letter && width * scale_x <= max_extent &&
-         lines.back().bottom * scale_y <= max_extent;
+  return size * scale_x <= max_letter && size * scale_y <= max_letter &&
+         (right - left) * scale_x * lines.back().bottom * scale_y <= max_pixels;
 }
 
 TextMask make_text_mask(std::span<const TextLine> lines, double scale_x, double scale_y, int quarter) {

@@ -139,6 +139,24 @@ TEST(Text, LooksTheSameAtEveryScale) {
   }
 }
 
+TEST(Text, VeryLargeAndVeryLongTextsAreDrawnInTheirPlaces) {
+  // Letters of 1,200 pixels.
+  Canvas large(1200, 1200, 4);
+  CGContextDrawText(large.context(), CGRectMake(0, 0, 300, 300), "H", style_of(300));
+  EXPECT_NEAR(large.painted().bottom, 1200 - 1200 * ascent, 1);
+  EXPECT_NEAR(large.painted().top, 1200 - 1200 * (ascent - capitals), 1);
+  EXPECT_NEAR(large.painted().left, 1200 * 201.0 / 2048, 1);
+  // A line of a million pixels, of which only the beginning shows.
+  const std::string many(20000, 'H');
+  TextStyle style = style_of(10);
+  style.line_break = LineBreak::clip;
+  Canvas beginning(200, 100, 8);
+  CGContextDrawText(beginning.context(), CGRectMake(0, 0, 25, 12), "HHHH", style);
+  Canvas whole(200, 100, 8);
+  CGContextDrawText(whole.context(), CGRectMake(0, 0, 25, 12), many, style);
+  EXPECT_NEAR(ink(whole), ink(beginning), 0.02 * ink(beginning));
+}
+
 TEST(Text, LettersKeepTheirDistances) {
   // Letters of 2.95 points. Were each moved to a whole pixel, the row would be up to a pixel longer or
   // shorter.
