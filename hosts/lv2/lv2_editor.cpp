@@ -220,8 +220,12 @@ void LV2Editor::write(unsigned parameter, float value) {
   if (ended_)
     return;
   gestures_.willWrite(parameter, window_ ? window_->gestureOfNow() : GestureKind::entry, now);
-  // The host may have ended the editor from inside the call.
-  if (ended_)
+  // The host may have hidden the editor from inside the call, which ends all gestures: the write gets its
+  // own.
+  if (!ended_ && !gestures_.isOpen(parameter))
+    gestures_.willWrite(parameter, GestureKind::entry, now);
+  // Or it may have ended the editor, or will have no gesture at all.
+  if (ended_ || !gestures_.isOpen(parameter))
     return;
   // Before the host hears of it, as it may answer from inside the call.
   echoes_[parameter].wrote(value, now);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <utility>
 
 #include "host_fixture.h"
 
@@ -334,6 +335,39 @@ TEST_F(Lifetimes, every_other_call_may_come_from_inside_a_write) {
   settle();
   EXPECT_THAT(host.writes(), SizeIs(1));
   EXPECT_TRUE(host.idleUntil([this] { return user.viewable(host.window()); }));
+}
+
+TEST_F(Lifetimes, a_write_lies_in_a_gesture_also_when_the_host_hides_the_editor_as_that_begins) {
+  open();
+  bool hides = true;
+  host.on_touch = [&](uint32_t, bool) {
+    if (std::exchange(hides, false)) {
+      EXPECT_EQ(host.hide(), 0);
+    }
+  };
+  point(on_depth);
+  settle();
+  user.click(4);
+  settle();
+  ASSERT_THAT(host.writes(), SizeIs(1));
+  const Told begin = {Told::begin, depth_port, 0};
+  const Told end = {Told::end, depth_port, 0};
+  EXPECT_THAT(host.told(), testing::ElementsAre(begin, end, begin, host.writes().front(), end));
+}
+
+TEST_F(Lifetimes, nothing_is_written_when_the_host_hides_the_editor_as_often_as_a_gesture_begins) {
+  open();
+  host.on_touch = [this](uint32_t, bool grabbed) {
+    if (grabbed) {
+      EXPECT_EQ(host.hide(), 0);
+    }
+  };
+  point(on_depth);
+  settle();
+  user.click(4);
+  settle();
+  EXPECT_THAT(host.writes(), IsEmpty());
+  EXPECT_THAT(host.told(), SizeIs(4));
 }
 
 TEST_F(Lifetimes, idle_calls_and_values_may_come_from_inside_a_write) {
