@@ -70,8 +70,7 @@ KV_Ondex_Parameter_Control_View::KV_Ondex_Parameter_Control_View(NSRect frame)
 }
 
 KV_Ondex_Parameter_Control_View::~KV_Ondex_Parameter_Control_View() {
-  if (_pop_up_window)
-    _pop_up_window->setDelegate(nullptr);
+  let_go_of_pop_up();
 }
 
 void KV_Ondex_Parameter_Control_View::awakeFromNib() {
@@ -185,14 +184,15 @@ void KV_Ondex_Parameter_Control_View::open_pop_up() {
   const NSPoint screen = editor_window->frame().origin;
   const NSRect content_rect = {{origin.x + screen.x, origin.y + screen.y}, _pop_up_view->bounds().size};
 
+  // What is on no record could never be closed, and the one panel of all readouts is shown once.
+  let_go_of_pop_up();
+  if (auto* shown_in = dynamic_cast<KV_Ondex_Pop_Up_Window*>(_pop_up_view->window()))
+    shown_in->cancel();
   _pop_up_view->set_current_value(current_value());
   _pop_up_view->set_format_minimum_maximum(static_cast<float>(minimum_value()),
                                            static_cast<float>(maximum_value()));
   _pop_up_view->set_callback_onObject(done_editing_action, this);
 
-  // An earlier window that never lost the keys stays as it is, but must not close this one when it does.
-  if (_pop_up_window)
-    _pop_up_window->setDelegate(nullptr);
   _pop_up_window = make<KV_Ondex_Pop_Up_Window>(content_rect, NSBorderlessWindowMask);
   const Ref<KV_Ondex_Pop_Up_Window> opened = _pop_up_window;
   opened->setOpaque(false);
@@ -209,19 +209,28 @@ void KV_Ondex_Parameter_Control_View::pop_up_done_editing(NSObject*) {
     return;
   set_current_value(_pop_up_view->current_value());
   _callback.send(this);
-  // Out of the field first: the window may tell its delegate that it lost the keys while it goes.
-  const Ref<KV_Ondex_Pop_Up_Window> closed = std::exchange(_pop_up_window, nullptr);
-  if (closed && window())
-    window()->removeChildWindow(closed.get());
+  let_go_of_pop_up();
 }
 
 void KV_Ondex_Parameter_Control_View::windowDidResignKey(NSWindow*) {
-  if (!_pop_up_window)
-    return;
   // Still in use by the event that took the keys from it: it goes when that has been dealt with.
-  KV_Ondex_Pop_Up_Window* const closed = _pop_up_window.autorelease();
+  let_go_of_pop_up().autorelease();
+}
+
+void KV_Ondex_Parameter_Control_View::viewDidMoveToWindow() {
+  let_go_of_pop_up();
+}
+
+Ref<KV_Ondex_Pop_Up_Window> KV_Ondex_Parameter_Control_View::let_go_of_pop_up() {
+  // Out of the field first: the window may tell its delegate that it lost the keys while it goes.
+  Ref<KV_Ondex_Pop_Up_Window> closed = std::exchange(_pop_up_window, nullptr);
+  if (!closed)
+    return closed;
+  // It may outlive the readout, and the readout may be in another window by now.
+  closed->setDelegate(nullptr);
   if (NSWindow* const parent = closed->parentWindow())
-    parent->removeChildWindow(closed);
+    parent->removeChildWindow(closed.get());
+  return closed;
 }
 
 }  // namespace ondex

@@ -30,7 +30,6 @@ class KV_Ondex_Parameter_Control_View : public cocoa::NSView, public cocoa::NSWi
 
   /// Range 0 to 1, linear, value and default 0, described as "---", not selected.
   explicit KV_Ondex_Parameter_Control_View(cocoa::NSRect frame);
-  /// Leaves an open numeric-entry window to its parent window.
   ~KV_Ondex_Parameter_Control_View() override;
   void awakeFromNib() override;
 
@@ -76,6 +75,9 @@ class KV_Ondex_Parameter_Control_View : public cocoa::NSView, public cocoa::NSWi
   void pop_up_done_editing(cocoa::NSObject* sender);
   /// The numeric-entry window lost the keyboard: closes it without taking its number.
   void windowDidResignKey(cocoa::NSWindow* window) override;
+  /// A readout that leaves its window cannot be typed into any more: closes the numeric-entry window without
+  /// taking its number.
+  void viewDidMoveToWindow() override;
 
   void drawRect(cocoa::NSRect dirty) override;
   void do_body_panel(cocoa::CGContextRef context);
@@ -112,6 +114,9 @@ class KV_Ondex_Parameter_Control_View : public cocoa::NSView, public cocoa::NSWi
 
  private:
   void open_pop_up();
+  /// Ends what the readout has to do with an open numeric-entry window, which goes with the reference
+  /// returned.
+  cocoa::Ref<KV_Ondex_Pop_Up_Window> let_go_of_pop_up();
   /// Moves the value by `gain` × `movement` of the span in mapped space and sends the value callback.
   void step_value(double gain, double movement);
 };

@@ -17,4 +17,17 @@ void KV_Ondex_Pop_Up_Window::cancelOperation(NSObject*) {
   giveUpKey();
 }
 
+void KV_Ondex_Pop_Up_Window::cancel() {
+  const Ref<KV_Ondex_Pop_Up_Window> self(this);
+  giveUpKey();
+  if (delegate())
+    delegate()->windowDidResignKey(this);
+}
+
+void KV_Ondex_Pop_Up_Window::sendEvent(NSEvent* event) {
+  // What was typed before the keys went elsewhere, and is delivered after it, must not be written.
+  if (delegate())
+    NSWindow::sendEvent(event);
+}
+
 }  // namespace ondex

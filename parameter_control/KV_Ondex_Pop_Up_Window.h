@@ -4,7 +4,8 @@
 
 namespace ondex {
 
-/// The borderless, translucent window that shows the numeric-entry panel over a readout.
+/// The borderless, translucent window that shows the numeric-entry panel over a readout, which is its
+/// delegate while it is open.
 class KV_Ondex_Pop_Up_Window : public cocoa::NSWindow {
  public:
   static const cocoa::Class class_;
@@ -18,6 +19,10 @@ class KV_Ondex_Pop_Up_Window : public cocoa::NSWindow {
   bool canBecomeKeyWindow() const override { return true; }
   /// Escape cancels as a click elsewhere does: the window gives up the keys.
   void cancelOperation(cocoa::NSObject* sender) override;
+  /// Closes the entry as the loss of the keys does, also when the window never had them.
+  void cancel();
+  /// Once its readout has let go of it, it takes nothing more until it goes.
+  void sendEvent(cocoa::NSEvent* event) override;
 };
 
 }  // namespace ondex

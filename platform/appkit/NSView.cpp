@@ -135,8 +135,11 @@ void NSView::addSubview(NSView* view) {
 }
 
 void NSView::removeFromSuperview() {
-  if (!superview_)
+  if (!superview_) {
+    if (window_)
+      window_->contentViewLeaves(this);
     return;
+  }
   const Ref<NSView> self(this);
   markAll();
   std::erase_if(superview_->subviews_, [this](const Ref<NSView>& each) { return each.get() == this; });

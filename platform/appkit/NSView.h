@@ -61,6 +61,7 @@ class NSView : public NSResponder {
   const std::vector<Ref<NSView>>& subviews() const { return subviews_; }
   /// Puts the view in front of its siblings; one that already is a subview is brought to the front.
   virtual void addSubview(NSView* view);
+  /// A window's content leaves the window.
   void removeFromSuperview();
   bool isDescendantOf(const NSView* other) const;
   virtual void viewDidMoveToWindow() {}

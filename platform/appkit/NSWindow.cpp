@@ -156,8 +156,10 @@ void NSWindow::orderFront(NSObject*) {
 
 void NSWindow::makeKeyAndOrderFront(NSObject* sender) {
   orderFront(sender);
-  if (platform_ && canBecomeKeyWindow())
-    platform_->makeKey();
+  if (!platform_ || !canBecomeKeyWindow())
+    return;
+  asked_for_key_ = !key_;
+  platform_->makeKey();
 }
 
 void NSWindow::orderOut(NSObject*) {
@@ -259,6 +261,11 @@ bool NSWindow::makeFirstResponder(NSResponder* responder) {
   return true;
 }
 
+void NSWindow::contentViewLeaves(const NSView* view) {
+  if (content_view_ == view)
+    setContentView(make<NSView>(view->bounds()).get());
+}
+
 /// A view that leaves its window has no more claim on the keys and on a drag.
 void NSWindow::viewLeft(NSView* view) {
   if (event_tracker_)
@@ -315,8 +322,8 @@ void NSWindow::endTracking() {
 }
 
 void NSWindow::mouseEvent(NSEvent* event) {
-  if (event->type() == WindowEventType::mouse_down)
-    takeKeyFromChildren();
+  if (swallows(*event))
+    return;
   const bool left = event->buttonNumber() == 0;
   const bool held =
       event->type() == WindowEventType::mouse_dragged || event->type() == WindowEventType::mouse_up;

@@ -58,7 +58,8 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void setHostWindow(uint64_t host_window) { host_window_ = host_window; }
 
   NSView* contentView() const { return content_view_.get(); }
-  /// Takes the view, which is resized to the content's size.
+  /// Takes the view, which is resized to the content's size, from where it was. A window whose content is
+  /// taken away has an empty view for it.
   void setContentView(NSView* view);
   NSRect frame() const { return frame_; }
   void setFrame_display(NSRect frame, bool display);
@@ -93,12 +94,14 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
 
   bool isVisible() const { return visible_; }
   bool isKeyWindow() const { return key_; }
+  /// Whether it is key or has asked to be: the window system takes its time.
+  bool claimsKey() const { return key_ || asked_for_key_; }
   /// Borderless windows take no keys unless a subclass says so.
   virtual bool canBecomeKeyWindow() const { return style_mask_ != NSBorderlessWindowMask; }
   void makeKeyAndOrderFront(NSObject* sender);
   /// Gives the keys back to who had them before, as a click elsewhere does.
   void giveUpKey();
-  /// The window has, or no longer has, the keys: tells the first responder, then the delegate.
+  /// The window has, or no longer has or claims, the keys: tells the first responder, then the delegate.
   void becomeKeyWindow() override;
   void resignKeyWindow() override;
   void orderFront(NSObject* sender);
@@ -197,11 +200,13 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void followParent();
   void orderOutChildren();
   void selectKeyView(bool forward);
-  void takeKeyFromChildren();
+  bool takeKeyFromChildren();
+  bool swallows(const NSEvent& event);
   void leaveWindowSystem();
   void placeAtServed();
   void closeServants();
   void viewLeft(NSView* view);
+  void contentViewLeaves(const NSView* view);
   struct PixelSize {
     int width;
     int height;
@@ -251,6 +256,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   int level_ = 0;
   bool key_ = false;
   bool movable_by_background_ = false;
+  bool asked_for_key_ = false;
+  std::optional<double> child_ended_at_;  ///< when the press was made that took the keys from a child
+  std::vector<int> swallowed_buttons_;    ///< held since a press that was not told
   bool scales_to_fit_ = false;
   double fit_ = 1;      ///< how much larger than the window system's points those of the content are
   NSPoint fit_origin_;  ///< of the content in the window, in points of the content

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <utility>
 
+#include "appkit/NSEvent.h"
 #include "appkit/NSWindow.h"
 
 namespace cocoa {
@@ -13,6 +15,7 @@ void NSWindow::windowResignedKey() {
 }
 
 void NSWindow::becomeKeyWindow() {
+  asked_for_key_ = false;
   if (key_)
     return;
   key_ = true;
@@ -27,9 +30,11 @@ void NSWindow::becomeKeyWindow() {
 }
 
 void NSWindow::resignKeyWindow() {
-  if (!key_)
+  if (!claimsKey())
     return;
-  key_ = false;
+  key_ = asked_for_key_ = false;
+  if (parent_ && platform_)
+    parent_->child_ended_at_ = platform_->pressSeenAt();
   // The delegate may let go of the window when it loses the keys.
   const Ref<NSWindow> self(this);
   endTracking();
@@ -47,12 +52,40 @@ void NSWindow::giveUpKey() {
 }
 
 /// A click beside a child window that has the keys ends what is typed there. Nobody else may notice: a click
-/// in an embedded window moves no keys, and neither does one where no window manager runs.
-void NSWindow::takeKeyFromChildren() {
+/// in an embedded window moves no keys, and neither does one where no window manager runs. Whether there was
+/// any.
+bool NSWindow::takeKeyFromChildren() {
+  bool any = false;
   for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_)) {
-    child->takeKeyFromChildren();
-    if (child->key_)
-      child->giveUpKey();
+    any = child->takeKeyFromChildren() || any;
+    if (!child->claimsKey())
+      continue;
+    child->giveUpKey();
+    any = true;
+  }
+  return any;
+}
+
+/// Whether the event belongs to a click that does nothing but end what was typed in a child window. A window
+/// manager may have taken the keys from there before the press arrives here.
+bool NSWindow::swallows(const NSEvent& event) {
+  const int button = event.buttonNumber();
+  switch (event.type()) {
+    case WindowEventType::mouse_down: {
+      std::erase(swallowed_buttons_, button);
+      const bool ends_child = takeKeyFromChildren();
+      const auto ended_at = std::exchange(child_ended_at_, std::nullopt);
+      if (!ends_child && ended_at != event.timestamp())
+        return false;
+      swallowed_buttons_.push_back(button);
+      return true;
+    }
+    case WindowEventType::mouse_dragged:
+      return std::ranges::find(swallowed_buttons_, button) != swallowed_buttons_.end();
+    case WindowEventType::mouse_up:
+      return std::erase(swallowed_buttons_, button) != 0;
+    default:
+      return false;
   }
 }
 

@@ -33,7 +33,7 @@ std::unique_ptr<PlatformWindow> HeadlessWindowSystem::makeWindow(const WindowOpt
 
 bool HeadlessWindowSystem::dispatch() {
   const bool any = hasQueued();
-  for (const TextRequest& request : std::exchange(requests_, {}))
+  for (const TextRequest& request : owners_answer_ ? std::exchange(requests_, {}) : std::deque<TextRequest>())
     request.use(offeredText(request.pasteboard));
   while (!queue_.empty()) {
     const Posted posted = std::move(queue_.front());
@@ -106,6 +106,13 @@ void HeadlessWindowSystem::remove(HeadlessWindow& window) {
   if (key_window_ == &window)
     key_window_ = nullptr;
   window.releasePointer();
+}
+
+void HeadlessWindowSystem::pressComes(const HeadlessWindow& window, double time) {
+  if (key_window_ && key_window_->kind() == WindowKind::popup)
+    key_window_->press_seen_at_ = time;
+  if (presses_give_keys_ && window.kind() != WindowKind::popup)
+    giveKeyTo(window.handle_);
 }
 
 void HeadlessWindowSystem::giveKeyTo(uint64_t window) {

@@ -64,12 +64,16 @@ class HeadlessWindowSystem : public WindowSystem {
   };
   void setDelivery(Delivery delivery) { delivery_ = delivery; }
   /// Whether something waits for dispatch().
-  bool hasQueued() const { return !queue_.empty() || !requests_.empty(); }
+  bool hasQueued() const { return !queue_.empty() || (owners_answer_ && !requests_.empty()); }
 
   /// The user goes to another program: no window is key any more.
   void loseKey();
   /// The server goes: every window is gone, and none can be made.
   void loseConnection();
+  /// Whether whoever offers texts answers; until then requests wait.
+  void setOwnersAnswer(bool answer) { owners_answer_ = answer; }
+  /// From now on a window manager gives the keys to a window that is pressed, before the window hears of it.
+  void setPressesGiveKeys(bool give) { presses_give_keys_ = give; }
   /// From now on makeWindow() answers null.
   void refuseWindows(bool refuse) { refuses_ = refuse; }
 
@@ -83,6 +87,8 @@ class HeadlessWindowSystem : public WindowSystem {
   void remove(HeadlessWindow& window);
   /// Tells the window that was key, then the one that is now.
   void giveKeyTo(uint64_t window);
+  /// The window is about to be told of a press.
+  void pressComes(const HeadlessWindow& window, double time);
 
   struct Posted {
     uint64_t window;
@@ -105,6 +111,8 @@ class HeadlessWindowSystem : public WindowSystem {
   uint64_t last_handle_ = 0;
   bool connected_ = true;
   bool refuses_ = false;
+  bool owners_answer_ = true;
+  bool presses_give_keys_ = false;
 };
 
 class HeadlessWindow : public PlatformWindow {
@@ -119,6 +127,7 @@ class HeadlessWindow : public PlatformWindow {
   void makeKey() override;
   void giveUpKey() override { postGivingKeyBack(); }
   bool isKey() const override { return system_.key_window_ == this; }
+  std::optional<double> pressSeenAt() const override { return press_seen_at_; }
   void setTitle(std::string_view title) override { options_.title = title; }
   void setFrame(NSRect frame) override;
   NSRect frame() const override;
@@ -209,6 +218,7 @@ class HeadlessWindow : public PlatformWindow {
   NSPoint pointer_location_;  ///< as injected last; may be ahead of what was delivered
   bool wants_to_show_ = false;
   bool wants_key_ = false;  ///< as soon as it shows
+  std::optional<double> press_seen_at_;
   bool shown_ = false;
   bool obscured_ = false;
   bool hidden_ = false;

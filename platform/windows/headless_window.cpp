@@ -221,8 +221,10 @@ void HeadlessWindow::press(NSPoint where, int button, uint32_t modifiers) {
   const uint64_t handle = handle_;
   HeadlessWindowSystem& system = system_;
   postCrossing(sample);
-  system.inject(handle, [sample, button](HeadlessWindow& window) {
-    window.delegate_.windowReceived(window.pointer_.press(sample, button));
+  system.inject(handle, [&system, handle, sample, button](HeadlessWindow& pressed) {
+    system.pressComes(pressed, sample.timestamp);
+    if (HeadlessWindow* window = system.find(handle))
+      window->delegate_.windowReceived(window->pointer_.press(sample, button));
   });
 }
 

@@ -141,6 +141,9 @@ class PlatformWindow {
   /// Gives the keys back to who had them before, when this window is key.
   virtual void giveUpKey() = 0;
   virtual bool isKey() const = 0;
+  /// The timestamp of the last press, anywhere on the screen, that came while this popup had the keys or had
+  /// asked for them. None before, and of other windows.
+  virtual std::optional<double> pressSeenAt() const { return std::nullopt; }
   virtual void setTitle(std::string_view title) = 0;
   virtual void setFrame(NSRect frame) = 0;
   /// Has the window manager move the window along with the pointer while the button that is pressed is held.

@@ -208,8 +208,10 @@ void X11WindowSystem::giveKeyTo(xcb_window_t window, xcb_window_t otherwise, xcb
 void X11WindowSystem::handlePressAnywhere(const xcb_input_raw_button_press_event_t& press) {
   if (turn_of_button(press.detail))
     return;
-  // Raw events have no position.
   const xcb_timestamp_t time = press.time;
+  const double seconds = secondsOf(time);
+  forEachWindow([seconds](X11Window& window) { window.handlePressAnywhere(seconds); });
+  // Raw events have no position.
   const unsigned int sequence = xcb_query_pointer(connection_->get(), connection_->root()).sequence;
   connection_->expect(sequence, [this, time](const void* reply) {
     const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);

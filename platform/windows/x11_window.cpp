@@ -329,10 +329,10 @@ void X11Window::takeKey() {
 }
 
 void X11Window::giveKeyBack(xcb_timestamp_t time) {
-  if (!is_key_ && !asked_for_key_)
+  // Once: by the time that the window goes, somebody else may have them.
+  if ((!is_key_ && !asked_for_key_) || std::exchange(gave_key_back_, true))
     return;
   asked_for_key_ = false;
-  gave_key_back_ = true;
   if (managed_)
     return;
   xcb_window_t parent_or_host = XCB_INPUT_FOCUS_POINTER_ROOT;

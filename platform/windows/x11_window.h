@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -33,6 +34,7 @@ class X11Window : public PlatformWindow {
   void makeKey() override;
   void giveUpKey() override;
   bool isKey() const override { return is_key_; }
+  std::optional<double> pressSeenAt() const override { return press_seen_at_; }
   void setTitle(std::string_view title) override;
   void setFrame(NSRect frame) override;
   NSRect frame() const override;
@@ -77,6 +79,8 @@ class X11Window : public PlatformWindow {
   bool covers(int x, int y) const {
     return shown_ && x >= x_ && y >= y_ && x < x_ + width_ && y < y_ + height_;
   }
+  /// The user has pressed a button somewhere, at that time in seconds.
+  void handlePressAnywhere(double time);
   /// The user has pressed a button where no popup is: a popup with the keys loses them.
   void handlePressOutside(xcb_timestamp_t time);
   /// The window no longer exists.
@@ -175,6 +179,7 @@ class X11Window : public PlatformWindow {
   bool is_key_ = false;
   bool wants_key_ = false;  ///< as soon as it is mapped
   bool asked_for_key_ = false;
+  std::optional<double> press_seen_at_;
   bool has_pointer_ = false;  ///< grabbed
   bool selects_keys_ = true;
   bool managed_ = false;        ///< a window manager runs, who is to be asked for the keyboard

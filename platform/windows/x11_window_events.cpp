@@ -163,8 +163,13 @@ void X11Window::handleFocus(const xcb_focus_in_event_t& event, bool has_it) {
   delegate_.windowBecameKey();
 }
 
+void X11Window::handlePressAnywhere(double time) {
+  if (isPopupWithKey())
+    press_seen_at_ = time;
+}
+
 void X11Window::loseKey() {
-  is_key_ = false;
+  is_key_ = gave_key_back_ = false;
   asked_for_key_ = false;
   key_before_ = XCB_WINDOW_NONE;
   selectKeys(false);

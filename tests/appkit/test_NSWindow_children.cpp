@@ -111,6 +111,29 @@ TEST_F(ChildWindowTest, ADelegateMayRemoveAChildWhileItsParentGoes) {
   child->setDelegate(nullptr);
 }
 
+TEST_F(ChildWindowTest, TakesItsContentFromTheWindowThatHadIt) {
+  const auto panel = make<NSView>(NSMakeRect(0, 0, 50, 30));
+  child->setContentView(panel.get());
+  const auto newer = make<NSWindow>(NSMakeRect(0, 0, 60, 40), NSBorderlessWindowMask);
+  newer->setContentView(panel.get());
+  EXPECT_NE(child->contentView(), panel.get());
+  EXPECT_EQ(child->contentView()->window(), child.get());
+  EXPECT_EQ(child->contentView()->frame(), NSMakeRect(0, 0, 50, 30));
+  parent->contentView()->addSubview(panel.get());
+  EXPECT_NE(newer->contentView(), panel.get());
+  EXPECT_EQ(panel->window(), parent.get());
+}
+
+TEST_F(ChildWindowTest, ContentThatIsRemovedLeavesTheWindow) {
+  const auto panel = make<NSView>(NSMakeRect(0, 0, 50, 30));
+  child->setContentView(panel.get());
+  panel->removeFromSuperview();
+  EXPECT_EQ(panel->window(), nullptr);
+  EXPECT_EQ(panel->retainCount(), 1U);
+  ASSERT_TRUE(child->contentView());
+  EXPECT_NE(child->contentView(), panel.get());
+}
+
 TEST_F(ChildWindowTest, IsNeverItsOwnAncestor) {
   parent->addChildWindow_ordered(child.get(), NSWindowAbove);
   child->addChildWindow_ordered(parent.get(), NSWindowAbove);

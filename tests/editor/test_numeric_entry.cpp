@@ -102,6 +102,67 @@ TEST_F(NumericEntry, GoesWithoutAWriteWhenItsWindowIsHidden) {
   EXPECT_TRUE(writes.empty());
 }
 
+TEST_F(NumericEntry, TheClickThatClosesItLeavesTheKnobAlone) {
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  system.newestWindow()->type("7,5");
+  clock.advance(10);
+  HeadlessWindow& window_of_editor = *system.windows().front();
+  const NSPoint on_knob = editor->_knob->convertPoint_toView({100, 20}, nullptr);
+  window_of_editor.press(on_knob);
+  window_of_editor.drag_to({on_knob.x + 40, on_knob.y + 40});
+  window_of_editor.release();
+  pass();
+  EXPECT_FALSE(editor->_text_entry_popup_view->window());
+  EXPECT_TRUE(writes.empty());
+  window_of_editor.press(on_knob);
+  window_of_editor.release();
+  pass();
+  EXPECT_EQ(writes.size(), 1U);
+}
+
+TEST_F(NumericEntry, TheHostMayTakeTheEditorAwayWhileThePanelIsOpen) {
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  system.newestWindow()->type("7,5");
+  pass();
+  system.newestWindow()->key_down(enter_key, "");
+  window->setContentView(make<NSView>(NSMakeRect(0, 0, 10, 10)).get());
+  EXPECT_FALSE(editor->_text_entry_popup_view->window());
+  pass();
+  EXPECT_TRUE(writes.empty());
+  editor = nullptr;
+  window->orderOut(nullptr);
+  pass();
+  EXPECT_EQ(system.windows().size(), 1U);
+}
+
+TEST_F(NumericEntry, TheHostMayTakeOnlyTheBoxAway) {
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  const Ref<NSView> box(editor->_effect_box);
+  box->removeFromSuperview();
+  pass();
+  EXPECT_EQ(system.windows().size(), 1U);
+  window->orderOut(nullptr);
+  pass();
+}
+
+TEST_F(NumericEntry, TheHostMayTakeTheEditorAwayFromInsideTheWriteOfTheNumber) {
+  effect.onWrite([this](unsigned id, float value) {
+    writes.push_back({id, value});
+    window->contentView()->removeFromSuperview();
+    editor = nullptr;
+  });
+  open_entry(*editor->_tremolo_left_rate_parameter);
+  const WeakRef<KVOndexView> gone(editor.get());
+  system.newestWindow()->type("7,5");
+  system.newestWindow()->key_down(enter_key, "");
+  pass();
+  EXPECT_EQ(writes, (std::vector<Write>{{0, 7.5F}}));
+  EXPECT_FALSE(gone);
+  EXPECT_EQ(system.windows().size(), 1U);
+  window->orderOut(nullptr);
+  pass();
+}
+
 TEST_F(NumericEntry, TwoEditorsHavePanelsOfTheirOwn) {
   const auto second = make_editor();
   EXPECT_NE(second->_text_entry_popup_view, editor->_text_entry_popup_view);

@@ -67,6 +67,43 @@ TEST_P(Entry, AClickInTheEditorCancels) {
   EXPECT_TRUE(writes.empty());
 }
 
+TEST_P(Entry, AClickOnTheKnobCancelsAndLeavesTheKnobAlone) {
+  type("7.5");
+  ASSERT_TRUE(until([this] { return typed() == "7.5"; }));
+  // The middle of the window, in the knob, a good way from where its pointer is.
+  point_at(430, 236);
+  user.press(1);
+  ASSERT_TRUE(closes());
+  point_at(470, 200);
+  user.release(1);
+  user.sync();
+  pass();
+  EXPECT_TRUE(writes.empty());
+  point_at(430, 236);
+  user.click(1);
+  EXPECT_TRUE(until([this] { return !writes.empty(); }));
+}
+
+TEST_P(Entry, OfTwoThatWereOpenedWhileNobodyLookedOneIsLeft) {
+  user.type_key(key::escape);
+  ASSERT_TRUE(closes());
+  // So far apart that they are two double clicks and not one fourfold.
+  for (const double x : {183, 153}) {
+    point_at(x, 83);
+    user.click(1);
+    user.click(1);
+  }
+  user.sync();
+  ASSERT_TRUE(until([this] { return panel() && panel()->isKeyWindow(); }));
+  EXPECT_EQ(window->childWindows().size(), 1U);
+  EXPECT_EQ(user.focused(), panel_id());
+  type("7.5");
+  user.type_key(key::enter);
+  EXPECT_TRUE(closes());
+  EXPECT_TRUE(window->childWindows().empty());
+  EXPECT_EQ(writes, (std::vector<Write>{{0, 7.5F}}));
+}
+
 TEST_P(Entry, AClickInAnotherProgramThatTakesNoKeysCancels) {
   const xcb_window_t other = user.make_window(1050, 20, 100, 100);
   user.map(other);

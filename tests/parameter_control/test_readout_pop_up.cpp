@@ -32,6 +32,7 @@ class ReadoutPopUp : public testing::Test {
   }
   KV_Ondex_Pop_Up_Window* opened() const { return readout->_pop_up_window.get(); }
 
+  NSAutoreleasePool pool;
   Ref<RecordingHost> host = make<RecordingHost>();
   Ref<EntryPanel> panel = make<EntryPanel>();
   Ref<NSWindow> window = make<NSWindow>(NSMakeRect(300, 200, 400, 300), NSTitledWindowMask);
@@ -160,14 +161,45 @@ TEST_F(ReadoutPopUp, ThePanelOpensAgainAndForAnotherReadout) {
   EXPECT_EQ(readout->current_value(), 440.0);
 }
 
-TEST_F(ReadoutPopUp, OpeningTwiceLeavesTheEarlierWindowAndShowsThePanelInTheNew) {
+TEST_F(ReadoutPopUp, OpeningTwiceShowsThePanelInANewWindowAndNoMoreInTheEarlier) {
   press(*readout, 2);
   const Ref<KV_Ondex_Pop_Up_Window> earlier(opened());
   press(*readout, 2);
   ASSERT_TRUE(opened());
   EXPECT_NE(opened(), earlier.get());
   EXPECT_EQ(opened()->contentView(), panel.get());
-  EXPECT_EQ(earlier->parentWindow(), window.get());
+  EXPECT_NE(earlier->contentView(), panel.get());
+  EXPECT_EQ(window->childWindows(), std::vector<Ref<NSWindow>>{opened()});
+  // The earlier one has nothing to say about the entry any more.
+  earlier->orderOut(nullptr);
+  EXPECT_EQ(earlier->delegate(), nullptr);
+  EXPECT_TRUE(opened());
+}
+
+TEST_F(ReadoutPopUp, OpeningForAnotherReadoutEndsTheEntryOfTheFirst) {
+  const auto other = make<Readout>(NSMakeRect(40, 100, 132, 36));
+  window->contentView()->addSubview(other.get());
+  other->set_pop_up_view(panel.get());
+  press(*readout, 2);
+  press(*other, 2);
+  EXPECT_FALSE(opened());
+  ASSERT_TRUE(other->_pop_up_window);
+  EXPECT_EQ(window->childWindows(), std::vector<Ref<NSWindow>>{other->_pop_up_window.get()});
+  panel->finish(0.25);
+  EXPECT_EQ(other->current_value(), 0.25);
+  EXPECT_EQ(readout->current_value(), 1000.1);
+  EXPECT_TRUE(window->childWindows().empty());
+  EXPECT_TRUE(host->edited.empty());
+}
+
+TEST_F(ReadoutPopUp, AnotherPanelLeavesNoneBehind) {
+  press(*readout, 2);
+  const auto other = make<EntryPanel>();
+  readout->set_pop_up_view(other.get());
+  press(*readout, 2);
+  EXPECT_EQ(panel->window(), nullptr);
+  EXPECT_EQ(opened()->contentView(), other.get());
+  EXPECT_EQ(window->childWindows().size(), 1U);
 }
 
 TEST_F(ReadoutPopUp, SelectsNothingByItself) {
@@ -199,17 +231,49 @@ TEST_F(ReadoutPopUp, ThePanelIsRetainedByEachReadoutAndKeepsNone) {
   EXPECT_EQ(panel->retainCount(), 1U);
 }
 
-TEST_F(ReadoutPopUp, AReadoutThatGoesLeavesItsOpenPanelToTheParentWindow) {
+TEST_F(ReadoutPopUp, AReadoutThatLeavesItsWindowTakesTheOpenPanelWithIt) {
   press(*readout, 2);
   const WeakRef<KV_Ondex_Pop_Up_Window> shown(opened());
   readout->removeFromSuperview();
+  EXPECT_FALSE(shown);
+  EXPECT_FALSE(opened());
+  EXPECT_TRUE(window->childWindows().empty());
+  EXPECT_EQ(panel->window(), nullptr);
   readout = nullptr;
-  ASSERT_TRUE(shown);
-  EXPECT_EQ(shown.get()->delegate(), nullptr);
-  EXPECT_EQ(window->childWindows().size(), 1U);
+  EXPECT_EQ(panel->retainCount(), 1U);
+}
+
+TEST_F(ReadoutPopUp, SoDoesOneThatMovesToAnotherWindow) {
+  press(*readout, 2);
+  const auto other = make<NSWindow>(NSMakeRect(0, 0, 400, 300), NSTitledWindowMask);
+  other->setContentView(window->contentView());
+  EXPECT_EQ(readout->window(), other.get());
+  EXPECT_FALSE(opened());
+  EXPECT_TRUE(window->childWindows().empty());
+}
+
+TEST_F(ReadoutPopUp, SoDoesOneWhoseWindowGoes) {
+  press(*readout, 2);
+  const WeakRef<KV_Ondex_Pop_Up_Window> shown(opened());
   window = nullptr;
   EXPECT_FALSE(shown);
-  EXPECT_EQ(panel->retainCount(), 1U);
+  EXPECT_FALSE(opened());
+  EXPECT_EQ(panel->window(), nullptr);
+}
+
+TEST_F(ReadoutPopUp, AReadoutMayBeTakenOutOfItsWindowAndReleasedWhileItsNumberIsReported) {
+  press(*readout, 2);
+  const WeakRef<KV_Ondex_Pop_Up_Window> shown(opened());
+  const WeakRef<Readout> gone(readout.get());
+  host->on_edited = [&] {
+    readout->removeFromSuperview();
+    readout = nullptr;
+  };
+  panel->finish(440);
+  EXPECT_EQ(host->edited.size(), 1U);
+  EXPECT_FALSE(gone);
+  EXPECT_FALSE(shown);
+  EXPECT_TRUE(window->childWindows().empty());
 }
 
 }  // namespace
