@@ -102,6 +102,7 @@ bool NSTextField::validateEditing() {
 }
 
 bool NSTextField::abortEditing() {
+  abandonPaste();
   const bool was_editing = editing_;
   if (was_editing)
     endEditing();

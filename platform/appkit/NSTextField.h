@@ -1,7 +1,10 @@
 #pragma once
 
+#include <deque>
+#include <optional>
 #include <string>
 
+#include "appkit/NSEvent.h"
 #include "appkit/NSTextFieldCell.h"
 #include "appkit/NSView.h"
 #include "foundation/ActionSource.h"
@@ -31,7 +34,9 @@ class NSTextFieldDelegate {
 /// Reading the value while it is edited takes what is typed so far, when it is acceptable. Setting it ends
 /// editing: what was typed is gone.
 ///
-/// Copied and selected texts go through the window's window system.
+/// Copied and selected texts go through the window's window system. A text that is pasted may be slow to
+/// come: what the user does in the field meanwhile waits for it, in order, and is dropped when editing ends
+/// or the keys go. Escape alone does not wait.
 class NSTextField : public NSView, public ActionSource {
  public:
   static const Class class_;
@@ -112,6 +117,11 @@ class NSTextField : public NSView, public ActionSource {
   void selectionChanged(bool by_user);
   void offer(Pasteboard pasteboard);
   void paste(Pasteboard pasteboard);
+  bool isPasting() const;
+  void takeText(const std::optional<std::string>& text);
+  void abandonPaste();
+  bool waitsForPaste(NSEvent* event);
+  void replay(NSEvent* event);
 
   bool showsSelection() const;
   void restartBlinking();
@@ -139,6 +149,9 @@ class NSTextField : public NSView, public ActionSource {
   bool caret_shows_ = false;
   CGFloat scrolled_ = 0;  ///< how far the text is moved to the left, in points, when it is too wide
   CFRunLoop::AttachmentRef blink_;
+  const WindowSystem* asked_ = nullptr;  ///< for a text that has not come yet
+  unsigned pastes_ = 0;                  ///< so far, to know the one that is waited for
+  std::deque<Ref<NSEvent>> waiting_;     ///< for that text
 };
 
 }  // namespace cocoa

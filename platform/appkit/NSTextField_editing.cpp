@@ -43,6 +43,9 @@ bool NSTextField::becomeFirstResponder() {
 }
 
 bool NSTextField::resignFirstResponder() {
+  // What is there so far is not what the user meant.
+  if (isPasting())
+    abortEditing();
   const bool changed = editing_ && edited_.text() != text_;
   if (!validateEditing()) {
     refused_ = true;
@@ -64,6 +67,7 @@ void NSTextField::becomeKeyWindow() {
 }
 
 void NSTextField::resignKeyWindow() {
+  abandonPaste();
   restartBlinking();
 }
 
@@ -84,6 +88,12 @@ void NSTextField::commit() {
 void NSTextField::keyDown(NSEvent* event) {
   const TextCommand command =
       text_command_of(event->keysym(), event->modifierFlags(), event->characters()->UTF8String());
+  if (isPasting() && command.kind != TextCommand::Kind::cancel) {
+    // A key that is held would ask a slow owner again and again.
+    if (command.kind != TextCommand::Kind::paste || !event->isARepeat())
+      waiting_.emplace_back(event);
+    return;
+  }
   if (!editing_ || !perform(command))
     NSView::keyDown(event);
 }
@@ -98,13 +108,16 @@ bool NSTextField::perform(const TextCommand& command) {
       commit();
       return true;
     case Kind::cancel:
+      abandonPaste();
       cancelOperation(this);
       return true;
     case Kind::next_field:
-      window()->selectNextKeyView(this);
+      if (window())
+        window()->selectNextKeyView(this);
       return true;
     case Kind::previous_field:
-      window()->selectPreviousKeyView(this);
+      if (window())
+        window()->selectPreviousKeyView(this);
       return true;
     case Kind::move:
       edited_.move(command.unit, command.direction, command.extend);
@@ -172,18 +185,69 @@ void NSTextField::paste(Pasteboard pasteboard) {
   WindowSystem* system = window() ? window()->windowSystem() : nullptr;
   if (!system)
     return;
-  system->requestText(
-      pasteboard, [self = WeakRef<NSTextField>(this)](const std::optional<std::string>& text) {
-        // The user may have finished meanwhile.
-        const Ref<NSTextField> field(self.get());
-        if (field && field->editing_ && text && !text->empty() && field->edited_.insert(*text))
-          field->textChanged();
-      });
+  asked_ = system;
+  const unsigned number = ++pastes_;
+  system->requestText(pasteboard,
+                      [self = WeakRef<NSTextField>(this), number](const std::optional<std::string>& text) {
+                        // The user may have finished meanwhile.
+                        const Ref<NSTextField> field(self.get());
+                        if (field && field->isPasting() && field->pastes_ == number)
+                          field->takeText(text);
+                      });
+}
+
+/// A window system that has gone answers no more.
+bool NSTextField::isPasting() const {
+  return asked_ && window() && window()->windowSystem() == asked_;
+}
+
+void NSTextField::takeText(const std::optional<std::string>& text) {
+  asked_ = nullptr;
+  if (text && !text->empty() && edited_.insert(*text))
+    textChanged();
+  // One of those that have waited may paste again, or end it all.
+  while (!isPasting() && !waiting_.empty()) {
+    const Ref<NSEvent> event = std::move(waiting_.front());
+    waiting_.pop_front();
+    replay(event.get());
+  }
+}
+
+void NSTextField::abandonPaste() {
+  asked_ = nullptr;
+  // The release of the button may be among them.
+  if (!waiting_.empty())
+    selecting_ = false;
+  waiting_.clear();
+}
+
+bool NSTextField::waitsForPaste(NSEvent* event) {
+  if (!isPasting())
+    return false;
+  waiting_.emplace_back(event);
+  return true;
+}
+
+void NSTextField::replay(NSEvent* event) {
+  switch (event->type()) {
+    case WindowEventType::mouse_down:
+      return event->buttonNumber() == 0 ? mouseDown(event) : rightMouseDown(event);
+    case WindowEventType::mouse_dragged:
+      return mouseDragged(event);
+    case WindowEventType::mouse_up:
+      return mouseUp(event);
+    default:
+      // The key before it may have given the keys to another view.
+      if (window())
+        window()->sendEvent(event);
+  }
 }
 
 // The mouse
 
 void NSTextField::mouseDown(NSEvent* event) {
+  if (waitsForPaste(event))
+    return;
   // A value that was set has ended editing, but not taken the keys away.
   if (!editing_ && window() && window()->firstResponder() == this)
     beginEditing();
@@ -196,14 +260,14 @@ void NSTextField::mouseDown(NSEvent* event) {
 }
 
 void NSTextField::mouseDragged(NSEvent* event) {
-  if (!selecting_)
+  if (waitsForPaste(event) || !selecting_)
     return;
   edited_.dragTo(offsetAt(convertPoint_fromView(event->locationInWindow(), nullptr)));
   selectionChanged(true);
 }
 
-void NSTextField::mouseUp(NSEvent*) {
-  if (!selecting_)
+void NSTextField::mouseUp(NSEvent* event) {
+  if (waitsForPaste(event) || !selecting_)
     return;
   selecting_ = false;
   offer(Pasteboard::selected);
@@ -212,6 +276,8 @@ void NSTextField::mouseUp(NSEvent*) {
 void NSTextField::rightMouseDown(NSEvent* event) {
   if (event->buttonNumber() != middle_button || !cell_->editable)
     return NSView::rightMouseDown(event);
+  if (waitsForPaste(event))
+    return;
   if (!editing_)
     selectText(this);
   if (!editing_)

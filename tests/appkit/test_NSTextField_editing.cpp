@@ -1,3 +1,4 @@
+#include "appkit/NSEvent.h"
 #include "text_field_fixture.h"
 
 namespace cocoa {
@@ -108,6 +109,145 @@ TEST_F(TextFieldEditing, ATextThatComesAfterTheEndIsDropped) {
   turn();
 }
 
+/// With a text copied by a program that does not answer yet.
+class SlowPaste : public TextFieldEditing {
+ protected:
+  SlowPaste() {
+    system.offerText(Pasteboard::copied, "34");
+    system.setOwnersAnswer(false);
+  }
+  void answer() {
+    system.setOwnersAnswer(true);
+    turn();
+  }
+};
+
+TEST_F(SlowPaste, ReturnWaitsForTheText) {
+  control('v');
+  press(key::enter);
+  EXPECT_TRUE(target->values.empty());
+  answer();
+  EXPECT_EQ(target->values, std::vector<double>{34});
+}
+
+TEST_F(SlowPaste, WhatIsTypedAfterThePasteComesAfterItsText) {
+  control('v');
+  type("5x");
+  press(key::backspace);
+  press(key::home);
+  type("1");
+  press(key::enter);
+  EXPECT_EQ(selected(), "12.5");
+  answer();
+  EXPECT_EQ(target->values, std::vector<double>{1345});
+}
+
+TEST_F(SlowPaste, AnotherPasteWaitsForItsOwnText) {
+  control('v');
+  control('v');
+  press(key::enter);
+  answer();
+  EXPECT_TRUE(target->values.empty()) << "the second one has been asked for only now";
+  turn();
+  EXPECT_EQ(target->values, std::vector<double>{3434});
+}
+
+TEST_F(SlowPaste, AKeyThatIsHeldPastesOnce) {
+  control('v');
+  for (int i = 0; i < 20; ++i)
+    shown().key_down('v', "", modifier_control, true);
+  turn();
+  press(key::enter);
+  answer();
+  EXPECT_EQ(target->values, std::vector<double>{34});
+}
+
+TEST_F(SlowPaste, WithoutAnAnswerReturnTakesWhatIsThere) {
+  control('v');
+  type("7");
+  press(key::enter);
+  HeadlessWindowSystem::clearPasteboards();
+  answer();
+  EXPECT_EQ(target->values, std::vector<double>{7});
+}
+
+TEST_F(SlowPaste, EscapeDoesNotWaitAndDropsWhatDoes) {
+  control('v');
+  press(key::enter);
+  press(key::escape);
+  EXPECT_EQ(content->cancelled, 1);
+  answer();
+  turn();
+  EXPECT_TRUE(target->values.empty());
+  EXPECT_EQ(selected(), "12.5");
+  type("8");
+  press(key::enter);
+  EXPECT_EQ(target->values, std::vector<double>{8});
+}
+
+TEST_F(SlowPaste, LosingTheKeysDropsIt) {
+  control('v');
+  press(key::enter);
+  system.loseKey();
+  turn();
+  answer();
+  turn();
+  EXPECT_TRUE(target->values.empty());
+  EXPECT_EQ(text(), "12.5");
+}
+
+TEST_F(SlowPaste, AValueThatIsSetDropsIt) {
+  control('v');
+  press(key::enter);
+  field->setDoubleValue(3);
+  answer();
+  turn();
+  EXPECT_TRUE(target->values.empty());
+  EXPECT_EQ(field->doubleValue(), 3.0);
+}
+
+TEST_F(SlowPaste, TabTakesTheTextAlongAndTheKeysAfterItGoToTheNextField) {
+  const auto next = make<NSTextField>(NSMakeRect(20, 0, 160, 20));
+  content->addSubview(next.get());
+  control('v');
+  press(key::tab);
+  type("9");
+  EXPECT_EQ(window->firstResponder(), field.get());
+  answer();
+  EXPECT_EQ(field->doubleValue(), 34.0);
+  EXPECT_EQ(window->firstResponder(), next.get());
+  EXPECT_EQ(next->editedText().text(), "9");
+}
+
+TEST_F(SlowPaste, TheKeysThatGoToAnotherViewByTheMouseLeaveNothingHalfTyped) {
+  field->setSendsActionOnEndEditing(true);
+  type("7");
+  control('v');
+  window->makeFirstResponder(nullptr);
+  answer();
+  EXPECT_TRUE(target->values.empty());
+  EXPECT_EQ(field->doubleValue(), 12.5);
+}
+
+TEST_F(SlowPaste, TheMouseInTheFieldWaitsToo) {
+  control('v');
+  click(before(0));
+  type("5");
+  answer();
+  EXPECT_EQ(text(), "534");
+}
+
+TEST_F(SlowPaste, TheMiddleButtonsTextKeepsItsPlaceAmongTheOthers) {
+  system.offerText(Pasteboard::selected, "6");
+  control('v');
+  click(before(0), 2);
+  type("7");
+  press(key::enter);
+  answer();
+  turn();
+  EXPECT_EQ(target->values, std::vector<double>{6734});
+}
+
 TEST_F(TextFieldEditing, UndoAndRedoInTheField) {
   type("34");
   control('z');
@@ -117,6 +257,18 @@ TEST_F(TextFieldEditing, UndoAndRedoInTheField) {
   control('z');
   control('y');
   EXPECT_EQ(text(), "34");
+}
+
+TEST_F(TextFieldEditing, OutsideOfAnyWindowTabLeadsNowhere) {
+  field->removeFromSuperview();
+  field->becomeFirstResponder();
+  for (const uint32_t keysym : {key::tab, key::left_tab}) {
+    WindowEvent event;
+    event.type = WindowEventType::key_down;
+    event.keysym = keysym;
+    field->keyDown(make<NSEvent>(event, nullptr).get());
+    EXPECT_TRUE(field->isEditing());
+  }
 }
 
 TEST_F(TextFieldEditing, CapsLockLeavesShortcutsAlone) {

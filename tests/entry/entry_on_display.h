@@ -67,7 +67,8 @@ class EntryOnDisplay : public EditorFixture {
     system->dispatch();
     clock.advance(0.01);
     turn();
-    program.serve();
+    if (program_answers)
+      program.serve();
   }
 
   xcb_window_t id() { return static_cast<xcb_window_t>(window->platformWindow()->nativeHandle()); }
@@ -104,6 +105,7 @@ class EntryOnDisplay : public EditorFixture {
   test_support::XServer server;
   test_support::XClient user{server.display()};
   test_support::PasteboardClient program{server.display()};
+  bool program_answers = true;
   std::unique_ptr<test_support::WindowManager> manager;
   std::unique_ptr<cocoa::WindowSystem> system;
   cocoa::Ref<cocoa::NSWindow> window;

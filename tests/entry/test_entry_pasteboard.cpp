@@ -63,6 +63,24 @@ TEST_F(EntryPasteboard, SelectingWithTheKeyboardOffersTheSelection) {
   EXPECT_EQ(ask("PRIMARY"), ".5");
 }
 
+TEST_F(EntryPasteboard, ReturnWaitsForTheTextOfASlowProgram) {
+  program.own_text("CLIPBOARD", "3.25");
+  type("9");
+  ASSERT_TRUE(until([this] { return typed() == "9"; }));
+  type_with(key::control, 'a');
+  type_with(key::control, 'v');
+  user.type_key(key::enter);
+  user.sync();
+  program_answers = false;
+  for (int turns = 0; turns < 20; ++turns)
+    pass();
+  EXPECT_TRUE(panel());
+  EXPECT_TRUE(writes.empty());
+  program_answers = true;
+  ASSERT_TRUE(closes());
+  EXPECT_EQ(writes, (std::vector<Write>{{0, 3.25F}}));
+}
+
 TEST_F(EntryPasteboard, ATextThatComesAfterThePanelHasClosedIsDropped) {
   program.own("CLIPBOARD", [](const std::string&) { return std::nullopt; });
   type_with(key::control, 'v');
