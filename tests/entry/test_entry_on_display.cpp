@@ -136,9 +136,10 @@ TEST_P(Entry, TheWheelOverThePanelIsNoClickElsewhere) {
 TEST_P(Entry, ThePanelLiesOnTheReadoutAndMovesWithTheEditor) {
   const auto before = user.geometry(panel_id());
   const auto editor_before = user.geometry(id());
-  // The readout's lower left corner is at (40, 70); the shadow takes 11 points around the panel.
-  EXPECT_EQ(before.x, editor_before.x + 40 - 11);
-  EXPECT_EQ(before.y + before.height, editor_before.y + 352 - 70 + 11);
+  const cocoa::NSPoint corner = readouts()[0]->convertPoint_toView({0, 0}, nullptr);
+  // The shadow takes 11 points around the panel.
+  EXPECT_EQ(before.x, editor_before.x + static_cast<int>(corner.x) - 11);
+  EXPECT_EQ(before.y + before.height, editor_before.y + 352 - static_cast<int>(corner.y) + 11);
   user.move(id(), 30, 200);
   EXPECT_TRUE(until([&] {
     const auto editor_now = user.geometry(id());
