@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "quartz/CGAffineTransform.h"
+#include "quartz/cairo_objects.h"
 
 /// Private to this room: transforms as Cairo has them, in double precision whatever CGFloat is.
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "quartz/CGGeometry.h"
+#include "quartz/cairo_objects.h"
 #include "quartz/pixels.h"
 
 /// Private to this room: the segments of a path, in whatever space its points were transformed to when they

@@ -1,21 +1,18 @@
 #pragma once
 
-#include <cairo.h>
-
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
-/// Private to this room: device pixels and Cairo's objects.
+/// Private to this room: places in device pixels.
 
 namespace cocoa {
 
-struct CairoDeleter {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-  void operator()(cairo_t* cr) const { cairo_destroy(cr); }
+/// A place in device pixels.
+struct DevicePoint {
+  double x;
+  double y;
+  bool operator==(const DevicePoint&) const = default;
 };
-using Surface = std::unique_ptr<cairo_surface_t, CairoDeleter>;
-using Cairo = std::unique_ptr<cairo_t, CairoDeleter>;
 
 /// Device pixels from the top left: columns x0 to x1 − 1, rows y0 to y1 − 1.
 struct PixelBounds {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "quartz/cairo_objects.h"
 #include "quartz/pixels.h"
 #include "quartz/shading.h"
 

@@ -1,0 +1,300 @@
+#include "quartz/rasterizer.h"
+
+#include <bit>
+#include <climits>
+#include <cstring>
+
+namespace cocoa {
+
+namespace {
+
+/// A whole pixel, in units of the sums of coverage.
+constexpr int one_bits = 22;
+constexpr double one = 255 << one_bits;
+
+/// To the nearest number: the library's rounding is too slow here.
+int32_t rounded(double v) {
+  constexpr double magic = 0x1.8p52;
+  return static_cast<int32_t>(std::bit_cast<int64_t>(v + magic));
+}
+
+/// Of a sum of coverage. Halves go up, also those that rounding left a little short.
+uint8_t byte_of(int32_t sum) {
+  return static_cast<uint8_t>((sum + (1 << (one_bits - 1)) + 64) >> one_bits);
+}
+
+int floor_of(double v) {
+  const int whole = static_cast<int>(v);
+  return whole - (static_cast<double>(whole) > v ? 1 : 0);
+}
+
+void fill(uint8_t* first, const uint8_t* last, uint8_t value) {
+  // Most gaps between edges are too short for a call.
+  constexpr ptrdiff_t longest = 24;
+  if (last - first > longest) {
+    std::memset(first, value, static_cast<size_t>(last - first));
+    return;
+  }
+  while (first < last)
+    *first++ = value;
+}
+
+}  // namespace
+
+void Rasterizer::draw(const Polygon& polygon, FillRule rule, PixelBounds area, uint8_t* bytes,
+                      size_t bytes_per_row) {
+  if (area.empty())
+    return;
+  rule_ = rule;
+  area_ = area;
+  cells_.assign(static_cast<size_t>(area.width()) + 1, 0);
+  set_edges(polygon);
+  active_.clear();
+  for (int row = area.y0; row < area.y1; ++row, bytes += bytes_per_row) {
+    cut_edges(row);
+    if (active_.empty()) {
+      std::memset(bytes, 0, static_cast<size_t>(area.width()));
+      continue;
+    }
+    sort_entries();
+    sweep(bytes);
+  }
+}
+
+void Rasterizer::set_edges(const Polygon& polygon) {
+  edges_.clear();
+  first_in_row_.assign(static_cast<size_t>(area_.height()), -1);
+  size_t begin = 0;
+  for (const size_t end : polygon.ends()) {
+    for (size_t i = begin; i < end; ++i)
+      add_edge(polygon.points()[i], polygon.points()[i + 1 < end ? i + 1 : begin]);
+    begin = end;
+  }
+  pieces_.resize(edges_.size());
+}
+
+void Rasterizer::add_edge(DevicePoint from, DevicePoint to) {
+  const int direction = from.y < to.y ? 1 : from.y > to.y ? -1 : 0;
+  if (direction < 0)
+    std::swap(from, to);
+  if (!(to.y > area_.y0 && from.y < area_.y1))
+    return;
+  // One along the row covers nothing, but holds together what it connects within the row.
+  if (direction == 0 && from.y == std::floor(from.y))
+    return;
+  const int row = std::max(floor_of(from.y), area_.y0) - area_.y0;
+  int& first = first_in_row_[static_cast<size_t>(row)];
+  const double slope = direction == 0 ? 0 : (to.x - from.x) / (to.y - from.y);
+  edges_.push_back({from.x, from.y, to.x, to.y, slope, direction, first});
+  first = static_cast<int>(edges_.size()) - 1;
+}
+
+void Rasterizer::cut_edges(int row) {
+  const double top = row;
+  const double bottom = row + 1;
+  const auto cut = [&](int index) {
+    const Edge& e = edges_[static_cast<size_t>(index)];
+    Piece& p = pieces_[static_cast<size_t>(index)];
+    p.direction = e.direction;
+    p.top = e.y0 > top ? e.y0 - top : 0;
+    p.x_top = e.y0 >= top ? e.x0 : e.x0 + (top - e.y0) * e.slope;
+    p.bottom = e.y1 < bottom ? e.y1 - top : 1;
+    p.x_bottom = e.y1 <= bottom ? e.x1 : e.x0 + (bottom - e.y0) * e.slope;
+    return Entry{std::min(p.x_top, p.x_bottom), std::max(p.x_top, p.x_bottom), index};
+  };
+  size_t kept = 0;
+  for (const Entry& entry : active_) {
+    if (edges_[static_cast<size_t>(entry.edge)].y1 > top)
+      active_[kept++] = cut(entry.edge);
+  }
+  active_.resize(kept);
+  for (int i = first_in_row_[static_cast<size_t>(row - area_.y0)]; i >= 0;
+       i = edges_[static_cast<size_t>(i)].next)
+    active_.push_back(cut(i));
+}
+
+void Rasterizer::sort_entries() {
+  // Nearly in order from the row before.
+  for (size_t i = 1; i < active_.size(); ++i) {
+    const Entry entry = active_[i];
+    size_t k = i;
+    for (; k > 0 && active_[k - 1].left > entry.left; --k)
+      active_[k] = active_[k - 1];
+    active_[k] = entry;
+  }
+}
+
+void Rasterizer::sweep(uint8_t* out) {
+  int winding = 0;
+  // Groups that share a pixel are turned into coverage together: a run of pixels, in part before the area.
+  int end = INT_MIN;
+  int first = area_.x0;
+  int last = area_.x0;
+  bool inside_before = false;
+  for (size_t i = 0; i < active_.size();) {
+    const size_t begin = i;
+    double right = active_[i++].right;
+    for (; i < active_.size() && active_[i].left <= right; ++i)
+      right = std::max(right, active_[i].right);
+    const int from = floor_of(active_[begin].left);
+    if (from >= area_.x1)
+      break;
+    if (from >= end) {
+      flush(out, first, last, inside_before);
+      inside_before = inside(winding) != 0;
+      first = std::max(from, area_.x0);
+      fill(out + (last - area_.x0), out + (first - area_.x0), inside_before ? 255 : 0);
+    }
+    end = std::max(end, floor_of(right) + 1);
+    last = std::clamp(end, first, area_.x1);
+    add_group(begin, i, winding);
+  }
+  flush(out, first, last, inside_before);
+  fill(out + (last - area_.x0), out + area_.width(), inside(winding) != 0 ? 255 : 0);
+}
+
+void Rasterizer::flush(uint8_t* out, int first, int last, bool inside_before) {
+  int32_t sum = inside_before ? static_cast<int32_t>(one) : 0;
+  for (int x = first - area_.x0; x < last - area_.x0; ++x) {
+    sum += cells_[static_cast<size_t>(x)];
+    cells_[static_cast<size_t>(x)] = 0;
+    out[x] = byte_of(sum);
+  }
+  cells_[static_cast<size_t>(last - area_.x0)] = 0;
+}
+
+void Rasterizer::add_group(size_t first, size_t last, int& winding) {
+  if (last - first == 1) {
+    const Piece& p = pieces_[static_cast<size_t>(active_[first].edge)];
+    const int before = inside(winding);
+    winding += p.direction;
+    if (const int sign = inside(winding) - before)
+      add_line(p.x_top, p.x_bottom, p.bottom - p.top, sign);
+    return;
+  }
+  double net = 0;
+  for (size_t i = first; i < last; ++i) {
+    const Piece& p = pieces_[static_cast<size_t>(active_[i].edge)];
+    net += p.direction * (p.bottom - p.top);
+  }
+  add_bands(first, last, winding);
+  winding += static_cast<int>(std::lround(net));
+}
+
+void Rasterizer::add_bands(size_t first, size_t last, int winding) {
+  heights_.clear();
+  for (size_t i = first; i < last; ++i) {
+    const Piece& p = pieces_[static_cast<size_t>(active_[i].edge)];
+    for (const double height : {p.top, p.bottom}) {
+      if (std::find(heights_.begin(), heights_.end(), height) == heights_.end())
+        heights_.push_back(height);
+    }
+  }
+  std::sort(heights_.begin(), heights_.end());
+  for (size_t band = 0; band + 1 < heights_.size(); ++band) {
+    const double top = heights_[band];
+    const double bottom = heights_[band + 1];
+    spans_.clear();
+    for (size_t i = first; i < last; ++i) {
+      const Piece& p = pieces_[static_cast<size_t>(active_[i].edge)];
+      if (p.direction == 0 || p.top > top || p.bottom < bottom)
+        continue;
+      const double slope = (p.x_bottom - p.x_top) / (p.bottom - p.top);
+      spans_.push_back({p.top == top ? p.x_top : p.x_top + (top - p.top) * slope,
+                        p.bottom == bottom ? p.x_bottom : p.x_top + (bottom - p.top) * slope, p.direction});
+    }
+    add_band(bottom - top, winding);
+  }
+}
+
+void Rasterizer::add_band(double height, int winding) {
+  const auto in_order = [](const Span& a, const Span& b) {
+    return a.top < b.top || (a.top == b.top && a.bottom < b.bottom);
+  };
+  // Two lines cross once at most.
+  const size_t most_crossings = spans_.size() * spans_.size();
+  for (size_t crossings = 0; crossings <= most_crossings; ++crossings) {
+    std::sort(spans_.begin(), spans_.end(), in_order);
+    const double part = part_before_crossing();
+    if (!(part < 1))
+      break;
+    split_spans(part);
+    add_spans(height * part, winding);
+    height *= 1 - part;
+    spans_.swap(spans_below_);
+  }
+  add_spans(height, winding);
+}
+
+double Rasterizer::part_before_crossing() const {
+  // The first to cross are neighbours.
+  double part = 1;
+  for (size_t i = 1; i < spans_.size(); ++i) {
+    const double apart_above = spans_[i].top - spans_[i - 1].top;
+    const double apart_below = spans_[i - 1].bottom - spans_[i].bottom;
+    if (apart_above > 0 && apart_below > 0)
+      part = std::min(part, apart_above / (apart_above + apart_below));
+  }
+  return part;
+}
+
+void Rasterizer::split_spans(double part) {
+  // Lines that are closer than this where they are split meet there.
+  constexpr double negligible = 1e-7;
+  spans_below_ = spans_;
+  for (size_t i = 0; i < spans_.size(); ++i) {
+    Span& above = spans_[i];
+    double x = above.top + (above.bottom - above.top) * part;
+    if (i > 0 && x < spans_[i - 1].bottom + negligible)
+      x = spans_[i - 1].bottom;
+    above.bottom = spans_below_[i].top = x;
+  }
+}
+
+void Rasterizer::add_spans(double height, int winding) {
+  for (const Span& s : spans_) {
+    const int before = inside(winding);
+    winding += s.direction;
+    if (const int sign = inside(winding) - before)
+      add_line(s.top, s.bottom, height, sign);
+  }
+}
+
+void Rasterizer::add_line(double xa, double xb, double height, int sign) {
+  const double left = std::min(xa, xb);
+  const double right = std::max(xa, xb);
+  if (left >= area_.x1)
+    return;
+  const double all = height * sign * one;
+  if (right < area_.x0) {
+    cells_[0] += rounded(all);
+    return;
+  }
+  const int first = floor_of(left);
+  const int last = floor_of(right);
+  int32_t* cell = cells_.data() + (std::max(first, area_.x0) - area_.x0);
+  if (first == last) {
+    const int32_t covered = rounded(all * (first + 1 - (left + right) / 2));
+    cell[0] += covered;
+    cell[1] += rounded(all) - covered;
+    return;
+  }
+  // The height that lies left of x grows evenly from `left` to `right`; a pixel's coverage is its mean there.
+  const double growth = all / (right - left);
+  int32_t before = 0;
+  const auto add = [&](double covered) {
+    const int32_t now = rounded(covered);
+    *cell++ += now - before;
+    before = now;
+  };
+  if (first >= area_.x0)
+    add((first + 1 - left) * (first + 1 - left) / 2 * growth);
+  for (int x = std::max(first + 1, area_.x0); x < std::min(last, area_.x1); ++x)
+    add((x + 0.5 - left) * growth);
+  if (last >= area_.x1)
+    return;
+  add(all - (right - last) * (right - last) / 2 * growth);
+  add(all);
+}
+
+}  // namespace cocoa
