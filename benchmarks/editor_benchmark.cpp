@@ -7,33 +7,12 @@
 #include <cstring>
 #include <vector>
 
-#include "editor/KVOndexView.h"
-#include "foundation/CFRunLoop.h"
-#include "standalone/editor_window.h"
-#include "windows/headless.h"
+#include "open_editor.h"
 
 namespace ondex {
 namespace {
 
 using namespace cocoa;
-
-/// An open editor, drawn once.
-struct OpenEditor {
-  OpenEditor() {
-    if (!editor.open())
-      std::abort();
-    view = dynamic_cast<KVOndexView*>(editor.window()->contentView());
-    CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
-    system.dispatch();
-    repaint();
-  }
-  void repaint() { editor.window()->displayIfNeeded(); }
-
-  NSAutoreleasePool pool;
-  HeadlessWindowSystem system;
-  EditorWindow editor{system, {}};
-  KVOndexView* view = nullptr;
-};
 
 double seconds(auto&& work) {
   const auto begin = std::chrono::steady_clock::now();

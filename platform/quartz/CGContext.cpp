@@ -10,7 +10,7 @@ namespace cocoa {
 namespace {
 
 /// Replaces the transform, unless that would leave numbers with which nothing can be drawn.
-void set_ctm(CGContext& context, const cairo_matrix_t& m) {
+void set_ctm(CGContext& context, const Matrix& m) {
   if (finite(m))
     context.state().ctm = m;
 }
@@ -27,39 +27,31 @@ void set_shadow(CGContext& context, CGSize offset, CGFloat blur, const Rgba& col
   const double radius = static_cast<double>(blur) * context.scale;
   constexpr double max_blur = 1000;
   state.has_shadow = color.alpha > 0 && std::abs(dx) < max_coordinate && std::abs(dy) < max_coordinate;
-  state.shadow = {color, dx, dy, radius > 0 ? std::min(radius, max_blur) : 0, state.clip_count};
+  state.shadow = {
+      color, dx, dy, radius > 0 ? std::min(radius, max_blur) : 0, state.clip, box_coverage(everywhere)};
 }
 
 }  // namespace
 
-CGContext::CGContext(Surface bitmap, double device_pixels_a_point) : scale(device_pixels_a_point) {
-  const int width = cairo_image_surface_get_width(bitmap.get());
-  const int height = cairo_image_surface_get_height(bitmap.get());
-  base = {scale, 0, 0, -scale, 0, static_cast<double>(height)};
-  Cairo drawing(cairo_create(bitmap.get()));
-  targets.push_back({{}, std::move(bitmap), std::move(drawing), {0, 0, width, height}});
+CGContext::CGContext(const PixelView& bitmap, double device_pixels_a_point) : scale(device_pixels_a_point) {
+  const PixelBounds& bounds = bitmap.bounds;
+  base = {scale, 0, 0, -scale, 0, static_cast<double>(bounds.height())};
+  Target target{{}, bitmap, {}, 0};
+  if (!bitmap.data) {
+    target.memory = lend(bounds);
+    target.pixels.data = target.memory.data();
+  }
+  targets.push_back(std::move(target));
   GraphicsState first;
   first.ctm = base;
-  first.clip_bounds = targets.back().bounds;
+  first.clip = box_coverage(bounds);
   states.push_back(first);
 }
 
-CGContextRef CGContextCreateOn(Surface bitmap, double scale) {
-  auto* context = new CGContext(std::move(bitmap), scale);
-  if (cairo_status(context->cr()) == CAIRO_STATUS_SUCCESS)
-    return context;
-  CGContextRelease(context);
-  return nullptr;
-}
-
 const PathData& CGContext::take_path() {
-  std::swap(path, taken);
+  std::swap(path, taken_);
   path.clear();
-  return taken;
-}
-
-void set_source(cairo_t* cr, const Rgba& color, double alpha) {
-  cairo_set_source_rgba(cr, color.red, color.green, color.blue, color.alpha * alpha);
+  return taken_;
 }
 
 CGContextRef CGContextRetain(CGContextRef context) {
@@ -70,18 +62,12 @@ void CGContextRelease(CGContextRef context) {
 }
 
 void CGContextSaveGState(CGContextRef context) {
-  if (!context)
-    return;
-  if (context->target().cr)
-    cairo_save(context->cr());
-  context->states.push_back(context->state());
+  if (context)
+    context->states.push_back(GraphicsState(context->state()));
 }
 void CGContextRestoreGState(CGContextRef context) {
-  if (!context || context->states.size() <= context->target().first_state + 1)
-    return;
-  if (context->target().cr)
-    cairo_restore(context->cr());
-  context->states.pop_back();
+  if (context && context->states.size() > context->target().first_state + 1)
+    context->states.pop_back();
 }
 
 void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty) {
@@ -94,21 +80,14 @@ void CGContextRotateCTM(CGContextRef context, CGFloat angle) {
   CGContextConcatCTM(context, CGAffineTransformMakeRotation(angle));
 }
 void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform) {
-  if (!context)
-    return;
-  const cairo_matrix_t first = matrix_from(transform);
-  cairo_matrix_t both;
-  cairo_matrix_multiply(&both, &first, &context->state().ctm);
-  set_ctm(*context, both);
+  if (context)
+    set_ctm(*context, product(matrix_from(transform), context->state().ctm));
 }
 CGAffineTransform CGContextGetCTM(CGContextRef context) {
   if (!context)
     return CGAffineTransformIdentity;
-  cairo_matrix_t to_base = context->base;
-  cairo_matrix_invert(&to_base);
-  cairo_matrix_t both;
-  cairo_matrix_multiply(&both, &context->state().ctm, &to_base);
-  return transform_from(both);
+  const auto to_base = inverse(context->base);
+  return to_base ? transform_from(product(context->state().ctm, *to_base)) : CGAffineTransformIdentity;
 }
 CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef context) {
   if (!context)
@@ -119,25 +98,25 @@ CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef conte
 
 void CGContextSetLineWidth(CGContextRef context, CGFloat width) {
   if (context && width >= 0 && std::isfinite(width))
-    context->state().line_width = static_cast<double>(width);
+    context->state().pen.width = static_cast<double>(width);
 }
 void CGContextSetLineCap(CGContextRef context, CGLineCap cap) {
   if (!context)
     return;
-  context->state().cap = cap == kCGLineCapRound    ? CAIRO_LINE_CAP_ROUND
-                         : cap == kCGLineCapSquare ? CAIRO_LINE_CAP_SQUARE
-                                                   : CAIRO_LINE_CAP_BUTT;
+  context->state().pen.cap = cap == kCGLineCapRound    ? LineCap::round
+                             : cap == kCGLineCapSquare ? LineCap::square
+                                                       : LineCap::butt;
 }
 void CGContextSetLineJoin(CGContextRef context, CGLineJoin join) {
   if (!context)
     return;
-  context->state().join = join == kCGLineJoinRound   ? CAIRO_LINE_JOIN_ROUND
-                          : join == kCGLineJoinBevel ? CAIRO_LINE_JOIN_BEVEL
-                                                     : CAIRO_LINE_JOIN_MITER;
+  context->state().pen.join = join == kCGLineJoinRound   ? LineJoin::round
+                              : join == kCGLineJoinBevel ? LineJoin::bevel
+                                                         : LineJoin::miter;
 }
 void CGContextSetMiterLimit(CGContextRef context, CGFloat limit) {
   if (context && limit > 0 && std::isfinite(limit))
-    context->state().miter_limit = static_cast<double>(limit);
+    context->state().pen.miter_limit = static_cast<double>(limit);
 }
 void CGContextSetShouldAntialias(CGContextRef context, bool shouldAntialias) {
   if (context)

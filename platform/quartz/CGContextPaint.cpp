@@ -5,121 +5,63 @@
 
 namespace cocoa {
 
-namespace {
-
-struct PathPaint {
-  bool fill = false;
-  bool stroke = false;
-  cairo_fill_rule_t rule = CAIRO_FILL_RULE_WINDING;
-};
-
-/// How far a stroke reaches from its path at most, in device pixels.
-double stroke_reach(const GraphicsState& state) {
-  const cairo_matrix_t& m = state.ctm;
-  const double stretch = std::hypot(std::hypot(m.xx, m.yx), std::hypot(m.xy, m.yy));
-  const double corner = state.join == CAIRO_LINE_JOIN_MITER ? std::max(state.miter_limit, 1.5) : 1.5;
-  return std::min(state.line_width / 2 * stretch * corner, max_coordinate);
+Coverage CGContext::outline_coverage(FillRule rule) {
+  return coverage_.find(outline_, rule, state().antialias, visible_bounds());
 }
 
-/// The outline of an ellipse has five segments; more than these has a curve that goes from point to point.
-constexpr size_t many_segments = 32;
-
-cairo_antialias_t smoothing(const GraphicsState& state) {
-  return state.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE;
+Coverage CGContext::fill_coverage(const PathData& shape, FillRule rule) {
+  shape.flatten(lines_);
+  outline_.clear();
+  fill_outline(lines_, outline_);
+  return outline_coverage(rule);
 }
 
-/// With the source that is set.
-void fill_on(cairo_t* cr, const GraphicsState& state, const PathData& path, cairo_fill_rule_t rule) {
-  cairo_set_antialias(cr, smoothing(state));
-  cairo_new_path(cr);
-  path.append_to(cr);
-  cairo_set_fill_rule(cr, rule);
-  cairo_fill(cr);
+Coverage CGContext::stroke_coverage(const PathData& shape) {
+  // Most outlines go around what is drawn anew.
+  const int reach =
+      static_cast<int>(std::ceil(std::min(stroke_reach(state().pen, state().ctm), max_coordinate)));
+  if (!shape.passes(visible_bounds().grown(reach)))
+    return box_coverage({});
+  shape.flatten(lines_);
+  outline_.clear();
+  stroke_outline(lines_, state().pen, state().ctm, outline_);
+  return outline_coverage(FillRule::nonzero);
 }
 
-void stroke_on(cairo_t* cr, const GraphicsState& state, const PathData& path) {
-  if (!invertible(state.ctm) || state.line_width <= 0)
-    return;
-  cairo_set_antialias(cr, smoothing(state));
-  cairo_new_path(cr);
-  path.append_to(cr);
-  cairo_set_line_width(cr, state.line_width);
-  cairo_set_line_cap(cr, state.cap);
-  cairo_set_line_join(cr, state.join);
-  cairo_set_miter_limit(cr, state.miter_limit);
-  // The pen is round in user space; the path is in device pixels already. Relative to the matrix that is
-  // there, which for a shadow moves everything.
-  cairo_matrix_t before;
-  cairo_get_matrix(cr, &before);
-  cairo_transform(cr, &state.ctm);
-  cairo_stroke(cr);
-  cairo_set_matrix(cr, &before);
-}
-
-/// Makes a mask of what `draw` draws and blends the colour through it at once: Cairo blends what it
-/// rasterises row by row, which for a large shape takes longer than the shape itself. It also rounds the
-/// edges of a shape otherwise when it draws but a part of it, so the mask is of all of the shape.
-template <typename Draw>
-void paint_through_mask(CGContext& context, PixelBounds extents, const Rgba& color, const Draw& draw) {
-  const PixelBounds seen = intersection(extents, context.state().clip_bounds);
-  if (seen.empty())
-    return;
-  PixelBounds area = intersection(extents, context.targets.front().bounds);
-  constexpr int64_t most_pixels = 1 << 22;
-  if (int64_t{area.width()} * area.height() > most_pixels)
-    area = seen;
-  const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A8, area.width());
-  context.scratch.assign(static_cast<size_t>(stride) / sizeof(uint32_t) * static_cast<size_t>(area.height()),
-                         0);
-  const Surface mask(
-      cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(context.scratch.data()),
-                                          CAIRO_FORMAT_A8, area.width(), area.height(), stride));
-  cairo_surface_set_device_offset(mask.get(), -area.x0, -area.y0);
-  draw(Cairo(cairo_create(mask.get())).get());
-  cairo_t* cr = context.cr();
-  set_source(cr, color, context.state().alpha);
-  cairo_mask_surface(cr, mask.get(), 0, 0);
-}
-
-void paint_path(CGContext& context, const PathPaint& paint) {
-  const PathData& path = context.take_path();
-  if (path.empty())
-    return;
-  const GraphicsState& state = context.state();
-  const int reach = paint.stroke ? static_cast<int>(std::ceil(stroke_reach(state))) : 0;
-  if (!paint.fill && !path.passes(picture_bounds(context).grown(reach)))
-    return;
-  const PixelBounds extents = path.bounds().pixels().grown(reach);
-  const Rgba& color = paint.fill ? state.fill : state.stroke;
-  const bool is_one_colour = paint.fill != paint.stroke;
-  if (is_one_colour && color.alpha * state.alpha < 1 && !state.has_shadow &&
-      path.segments() > many_segments) {
-    paint_through_mask(context, extents, color, [&](cairo_t* cr) {
-      paint.fill ? fill_on(cr, state, path, paint.rule) : stroke_on(cr, state, path);
-    });
-    return;
+const PixelView& CGContext::pixels() {
+  Target& layer = target();
+  if (!layer.pixels.data) {
+    layer.memory = lend(layer.pixels.bounds);
+    layer.pixels.data = layer.memory.data();
   }
-  paint_object(context, extents, [&](cairo_t* cr) {
-    if (paint.fill) {
-      set_source(cr, state.fill, state.alpha);
-      fill_on(cr, state, path, paint.rule);
-    }
-    if (paint.stroke) {
-      set_source(cr, state.stroke, state.alpha);
-      stroke_on(cr, state, path);
-    }
-  });
+  return layer.pixels;
 }
 
-}  // namespace
+void CGContext::draw(std::span<const Part> parts) {
+  if (state().has_shadow)
+    cast_shadow(parts);
+  for (const Part& part : parts) {
+    const PixelBounds area = intersection(part.shape.bounds, state().clip.bounds);
+    if (area.empty())
+      continue;
+    paint(pixels(), part.shape, state().clip, part.source);
+    target().painted = union_of(target().painted, area);
+  }
+}
 
 void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode) {
   if (!context)
     return;
+  const PathData& path = context->take_path();
   const bool even_odd = mode == kCGPathEOFill || mode == kCGPathEOFillStroke;
-  paint_path(*context, {.fill = mode != kCGPathStroke,
-                        .stroke = mode >= kCGPathStroke,
-                        .rule = even_odd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING});
+  PlainSource fill(context->fine(context->state().fill));
+  PlainSource stroke(context->fine(context->state().stroke));
+  std::vector<Part> parts;
+  if (mode != kCGPathStroke)
+    parts.push_back({context->fill_coverage(path, even_odd ? FillRule::even_odd : FillRule::nonzero), fill});
+  if (mode >= kCGPathStroke)
+    parts.push_back({context->stroke_coverage(path), stroke});
+  context->draw(parts);
 }
 void CGContextFillPath(CGContextRef context) {
   CGContextDrawPath(context, kCGPathFill);
@@ -144,10 +86,10 @@ void CGContextStrokeRect(CGContextRef context, CGRect rect) {
 void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width) {
   if (!context)
     return;
-  const double line_width = context->state().line_width;
+  const double line_width = context->state().pen.width;
   CGContextSetLineWidth(context, width);
   CGContextStrokeRect(context, rect);
-  context->state().line_width = line_width;
+  context->state().pen.width = line_width;
 }
 void CGContextFillEllipseInRect(CGContextRef context, CGRect rect) {
   CGContextBeginPath(context);
@@ -163,17 +105,11 @@ void CGContextClearRect(CGContextRef context, CGRect rect) {
   if (!context)
     return;
   CGContextBeginPath(context);
-  // A layer on which nothing has been drawn is clear.
-  if (!context->target().cr)
-    return;
   CGContextAddRect(context, rect);
-  cairo_t* cr = context->cr();
-  cairo_new_path(cr);
-  context->take_path().append_to(cr);
-  cairo_set_antialias(cr, context->state().antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
-  cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
-  cairo_fill(cr);
-  cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+  const PathData& path = context->take_path();
+  // A layer on which nothing has been drawn is clear.
+  if (context->target().pixels.data)
+    clear(context->pixels(), context->fill_coverage(path, FillRule::nonzero), context->state().clip);
 }
 
 }  // namespace cocoa

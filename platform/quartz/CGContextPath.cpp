@@ -7,7 +7,7 @@ namespace cocoa {
 
 namespace {
 
-PathData::Point point(CGFloat x, CGFloat y) {
+DevicePoint point(CGFloat x, CGFloat y) {
   return {static_cast<double>(x), static_cast<double>(y)};
 }
 
@@ -35,95 +35,19 @@ void add_clip_rect(CGContext& context, CGRect rect) {
   path.add_rect(identity_matrix, pixels);
 }
 
-void clip_to_path(CGContextRef context, cairo_fill_rule_t rule) {
+void clip_to_path(CGContextRef context, FillRule rule) {
   if (context && !context->path.empty())
     context->clip(context->take_path(), rule);
 }
 
 }  // namespace
 
-void CGContext::clip(const PathData& clip_path, cairo_fill_rule_t rule) {
+void CGContext::clip(const PathData& clip_path, FillRule rule) {
   GraphicsState& s = state();
-  if (s.clip_count == clips.size())
-    clips.emplace_back();
-  ClipPath& entry = clips[s.clip_count];
-  entry.path = clip_path;
-  entry.rule = rule;
-  entry.antialias = s.antialias;
-  const DeviceBox box = clip_path.bounds();
-  entry.bounds = box.pixels();
-  const auto whole = [](double v) { return v == std::floor(v); };
-  entry.is_bounds = clip_path.is_box() && whole(box.x0) && whole(box.y0) && whole(box.x1) && whole(box.y1);
-  s.clip_is_bounds = s.clip_is_bounds && entry.is_bounds;
-  s.clip_bounds = intersection(s.clip_bounds, entry.bounds);
-  if (target().cr)
-    apply_clips(cr(), s.clip_count, s.clip_count + 1);
-  ++s.clip_count;
-}
-
-void CGContext::apply_clips(cairo_t* on, size_t first, size_t last) const {
-  for (size_t i = first; i < last; ++i) {
-    const ClipPath& entry = clips[i];
-    cairo_new_path(on);
-    entry.path.append_to(on);
-    cairo_set_fill_rule(on, entry.rule);
-    cairo_set_antialias(on, entry.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
-    cairo_clip(on);
-  }
-}
-
-namespace {
-
-bool same_shape(const ClipPath& a, const ClipPath& b) {
-  return a.rule == b.rule && a.antialias == b.antialias && a.path == b.path;
-}
-
-Surface coverage_of(const ClipPath& shape) {
-  const PixelBounds& b = shape.bounds;
-  Surface coverage(cairo_image_surface_create(CAIRO_FORMAT_A8, b.width(), b.height()));
-  cairo_surface_set_device_offset(coverage.get(), -b.x0, -b.y0);
-  const Cairo cr(cairo_create(coverage.get()));
-  shape.path.append_to(cr.get());
-  cairo_set_fill_rule(cr.get(), shape.rule);
-  cairo_set_antialias(cr.get(), shape.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
-  cairo_fill(cr.get());
-  cairo_surface_flush(coverage.get());
-  return coverage;
-}
-
-}  // namespace
-
-const ShapeMask* CGContext::mask_of_clips(size_t first) {
-  // The editor has 21 capsule ends and circles.
-  constexpr size_t most_masks = 32;
-  // The knob at four pixels a point has half as many.
-  constexpr int64_t most_pixels = 1 << 20;
-  const ClipPath* shape = nullptr;
-  for (size_t i = first; i < state().clip_count; ++i) {
-    if (clips[i].is_bounds)
-      continue;
-    if (shape)
-      return nullptr;
-    shape = &clips[i];
-  }
-  if (!shape || shape->bounds.empty() ||
-      int64_t{shape->bounds.width()} * shape->bounds.height() > most_pixels)
-    return nullptr;
-  auto known = std::find_if(masks_.begin(), masks_.end(),
-                            [&](const ShapeMask& mask) { return same_shape(mask.shape, *shape); });
-  if (known == masks_.end()) {
-    if (masks_.size() == most_masks)
-      masks_.pop_back();
-    known = masks_.insert(masks_.end(), {*shape, coverage_of(*shape)});
-  }
-  std::rotate(masks_.begin(), known, known + 1);
-  return &masks_.front();
-}
-
-PixelBounds CGContext::bounds_of_clips(size_t first, size_t last, PixelBounds within) const {
-  for (size_t i = first; i < last; ++i)
-    within = intersection(within, clips[i].bounds);
-  return within;
+  const Coverage coverage = fill_coverage(clip_path, rule);
+  s.clip = intersection(s.clip, coverage);
+  if (s.has_shadow)
+    s.shadow.casting = intersection(s.shadow.casting, coverage);
 }
 
 void CGContextBeginPath(CGContextRef context) {
@@ -179,19 +103,19 @@ bool CGContextIsPathEmpty(CGContextRef context) {
 CGPoint CGContextGetPathCurrentPoint(CGContextRef context) {
   if (!context || !context->path.has_current_point())
     return {};
-  cairo_matrix_t to_user = context->state().ctm;
-  if (cairo_matrix_invert(&to_user) != CAIRO_STATUS_SUCCESS)
+  const auto to_user = inverse(context->state().ctm);
+  if (!to_user)
     return {};
-  auto p = context->path.current_point();
-  cairo_matrix_transform_point(&to_user, &p.x, &p.y);
+  const DevicePoint at = context->path.current_point();
+  const DevicePoint p = to_user->apply(at.x, at.y);
   return {static_cast<CGFloat>(p.x), static_cast<CGFloat>(p.y)};
 }
 
 void CGContextClip(CGContextRef context) {
-  clip_to_path(context, CAIRO_FILL_RULE_WINDING);
+  clip_to_path(context, FillRule::nonzero);
 }
 void CGContextEOClip(CGContextRef context) {
-  clip_to_path(context, CAIRO_FILL_RULE_EVEN_ODD);
+  clip_to_path(context, FillRule::even_odd);
 }
 void CGContextClipToRect(CGContextRef context, CGRect rect) {
   if (!context)
@@ -200,21 +124,19 @@ void CGContextClipToRect(CGContextRef context, CGRect rect) {
   // A rectangle without area, or with numbers that are none, becomes a path that encloses nothing.
   if (!NSIsEmptyRect(rect))
     add_clip_rect(*context, rect);
-  context->clip(context->take_path(), CAIRO_FILL_RULE_WINDING);
+  context->clip(context->take_path(), FillRule::nonzero);
 }
 CGRect CGContextGetClipBoundingBox(CGContextRef context) {
-  if (!context || context->state().clip_bounds.empty())
+  if (!context || context->state().clip.bounds.empty())
     return {};
-  cairo_matrix_t to_user = context->state().ctm;
-  if (cairo_matrix_invert(&to_user) != CAIRO_STATUS_SUCCESS)
+  const auto to_user = inverse(context->state().ctm);
+  if (!to_user)
     return {};
-  const PixelBounds& b = context->state().clip_bounds;
+  const PixelBounds& b = context->state().clip.bounds;
   DeviceBox box;
   for (const auto& [x, y] : {std::pair{b.x0, b.y0}, {b.x1, b.y0}, {b.x0, b.y1}, {b.x1, b.y1}}) {
-    double ux = x;
-    double uy = y;
-    cairo_matrix_transform_point(&to_user, &ux, &uy);
-    box.add(ux, uy);
+    const DevicePoint p = to_user->apply(x, y);
+    box.add(p.x, p.y);
   }
   return rect_from_box(box);
 }

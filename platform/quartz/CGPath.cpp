@@ -12,7 +12,7 @@ struct CGPath : Counted {
 
 namespace {
 
-PathData::Point point(CGFloat x, CGFloat y) {
+DevicePoint point(CGFloat x, CGFloat y) {
   return {static_cast<double>(x), static_cast<double>(y)};
 }
 

@@ -4,171 +4,147 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <vector>
-
-#include "quartz/pixels.h"
 
 namespace cocoa {
 
 namespace {
 
-/// The mean of a pixel, the `whole` pixels on each side of it and a `part` of the next one on each side.
-struct Box {
-  int whole = 0;
-  float part = 0;
-  bool is_point() const { return whole == 0 && part == 0; }
-  float weight() const { return 1 / (static_cast<float>(2 * whole + 1) + 2 * part); }
+/// How much each pixel gives to one, of 65536; the middle one is that pixel or, with a shift, the one after
+/// it.
+struct Kernel {
+  std::vector<uint16_t> weights;
+  int before = 0;  ///< how many weights come before that of the pixel itself
 };
 
-using Boxes = std::array<Box, 3>;
-
-Boxes boxes_for(double radius) {
-  const int whole = static_cast<int>(radius);
-  return {{{(whole + 2) / 3, 0}, {(whole + 1) / 3, 0}, {whole / 3, static_cast<float>(radius - whole)}}};
-}
-
-/// The smallest bounds within `within` that hold all that is covered there.
-PixelBounds covered_part(const Mask& mask, PixelBounds within) {
-  within = intersection(within, {0, 0, mask.width, mask.height});
-  PixelBounds covered{within.x1, within.y1, within.x0, within.y0};
-  const auto is_covered = [](uint8_t v) { return v != 0; };
-  for (int y = within.y0; y < within.y1; ++y) {
-    const uint8_t* first = mask.row(y) + within.x0;
-    const uint8_t* last = mask.row(y) + within.x1;
-    const uint8_t* left = std::find_if(first, last, is_covered);
-    if (left == last)
-      continue;
-    while (!is_covered(last[-1]))
-      --last;
-    covered.x0 = std::min(covered.x0, within.x0 + static_cast<int>(left - first));
-    covered.x1 = std::max(covered.x1, within.x0 + static_cast<int>(last - first));
-    covered.y0 = std::min(covered.y0, y);
-    covered.y1 = y + 1;
+/// The average of a pixel, the `whole` pixels on each side of it and a `part` of the next one on each side.
+std::vector<double> averaged(const std::vector<double>& values, int whole, double part) {
+  const auto size = static_cast<int>(values.size());
+  const double weight = 1 / (2 * whole + 1 + 2 * part);
+  std::vector<double> result(values.size());
+  for (int i = 0; i < size; ++i) {
+    for (int k = std::max(0, i - whole - 1); k <= std::min(size - 1, i + whole + 1); ++k)
+      result[static_cast<size_t>(i)] +=
+          values[static_cast<size_t>(k)] * weight * (std::abs(k - i) > whole ? part : 1);
   }
-  return covered;
+  return result;
 }
 
-/// Of the numbers that the averages are made of. The widest sums of whole numbers still fit, and unlike those
-/// of floating ones do not depend on where they began: a part of a shadow comes out as the whole does.
-constexpr int32_t one = 4096;
-
-int32_t rounded(float value) {
-  return static_cast<int32_t>(value + 0.5F);  // NOLINT(bugprone-incorrect-roundings): none is negative
+Kernel kernel_for(double radius, double shift) {
+  const auto whole = static_cast<int>(radius);
+  const int reach = static_cast<int>(std::ceil(radius)) + 1;
+  std::vector<double> shape(static_cast<size_t>(2 * reach) + 1, 0);
+  shape[static_cast<size_t>(reach)] = 1 - shift;
+  shape[static_cast<size_t>(reach) - 1] = shift;
+  shape = averaged(shape, (whole + 2) / 3, 0);
+  shape = averaged(shape, (whole + 1) / 3, 0);
+  shape = averaged(shape, whole / 3, radius - whole);
+  // Rounded so that all together make a whole, but one alone would be too much for its type.
+  Kernel kernel;
+  double sum = 0;
+  long given = 0;
+  const auto is_used = [](double weight) { return weight > 0; };
+  const auto first = std::find_if(shape.begin(), shape.end(), is_used);
+  const auto last = std::find_if(shape.rbegin(), shape.rend(), is_used).base();
+  for (auto weight = first; weight < last; ++weight) {
+    sum += *weight;
+    const long until = std::lround(std::min(sum, 1.0) * 65536);
+    kernel.weights.push_back(static_cast<uint16_t>(std::min(until - given, 65535L)));
+    given = until;
+  }
+  kernel.before = reach - static_cast<int>(first - shape.begin());
+  return kernel;
 }
 
-/// A part of the mask, finely divided.
-class Part {
+/// Pixels are treated by strips of this many: most of those around an outline are empty.
+constexpr int strip = 32;
+
+/// 8 bits and 8 more.
+class Plane {
  public:
-  /// Takes `covered` from the mask, with nothing around it.
-  void load(const Mask& mask, PixelBounds covered, PixelBounds bounds) {
-    width_ = bounds.width();
-    height_ = bounds.height();
-    values_.assign(static_cast<size_t>(width_) * static_cast<size_t>(height_), 0);
-    spare_.resize(values_.size());
-    for (int y = covered.y0; y < covered.y1; ++y) {
-      std::transform(mask.row(y) + covered.x0, mask.row(y) + covered.x1,
-                     row(y - bounds.y0) + (covered.x0 - bounds.x0), [](uint8_t v) { return v * one; });
-    }
-  }
+  Plane(int width, int height)
+      : strips_((width + strip - 1) / strip),
+        stride_(strips_ * strip),
+        values_(static_cast<size_t>(stride_) * static_cast<size_t>(height)),
+        used_(static_cast<size_t>(strips_) * static_cast<size_t>(height)) {}
 
-  /// Rounds up, so that even the faint edge of a wide blur is as wide as it should be, but for what the
-  /// averages may be off by.
-  void store(const Mask& mask, PixelBounds stored, PixelBounds bounds) {
-    for (int y = stored.y0; y < stored.y1; ++y) {
-      const int32_t* from = row(y - bounds.y0) + (stored.x0 - bounds.x0);
-      std::transform(from, from + stored.width(), mask.row(y) + stored.x0,
-                     [](int32_t v) { return static_cast<uint8_t>((v + one - 4) / one); });
-    }
-  }
-
-  void average_columns(const Box& box) {
-    sums_.assign(static_cast<size_t>(width_), 0);
-    nothing_.assign(static_cast<size_t>(width_), 0);
-    for (int y = 0; y < box.whole; ++y)
-      slide(row_or_nothing(y), nothing_.data());
-    const float weight = box.weight();
-    for (int y = 0; y < height_; ++y) {
-      const int32_t* before = row_or_nothing(y - box.whole - 1);
-      const int32_t* after = row_or_nothing(y + box.whole + 1);
-      slide(row_or_nothing(y + box.whole), before);
-      const int32_t* sum = sums_.data();
-      int32_t* out = spare_.data() + static_cast<ptrdiff_t>(y) * width_;
-      for (int x = 0; x < width_; ++x)
-        out[x] = rounded((static_cast<float>(sum[x]) + static_cast<float>(before[x] + after[x]) * box.part) *
-                         weight);
-    }
-    values_.swap(spare_);
-  }
-
-  void shift_columns(float shift) {
-    nothing_.assign(static_cast<size_t>(width_), 0);
-    for (int y = 0; y < height_; ++y) {
-      const int32_t* above = row_or_nothing(y - 1);
-      const int32_t* here = row(y);
-      int32_t* out = spare_.data() + static_cast<ptrdiff_t>(y) * width_;
-      for (int x = 0; x < width_; ++x)
-        out[x] = rounded(static_cast<float>(here[x]) * (1 - shift) + static_cast<float>(above[x]) * shift);
-    }
-    values_.swap(spare_);
-  }
-
-  /// Exchanges rows and columns.
-  void turn() {
-    for (int x = 0; x < width_; ++x) {
-      int32_t* out = spare_.data() + static_cast<ptrdiff_t>(x) * height_;
-      for (int y = 0; y < height_; ++y)
-        out[y] = row(y)[x];
-    }
-    values_.swap(spare_);
-    std::swap(width_, height_);
-  }
+  int strips() const { return strips_; }
+  uint16_t* at(int x, int y) { return values_.data() + static_cast<ptrdiff_t>(y) * stride_ + x; }
+  /// Whether a strip of a row has anything in it.
+  uint8_t& used(int index, int y) { return used_[static_cast<size_t>(y * strips_ + index)]; }
 
  private:
-  int32_t* row(int y) { return values_.data() + static_cast<ptrdiff_t>(y) * width_; }
-  const int32_t* row_or_nothing(int y) { return y >= 0 && y < height_ ? row(y) : nothing_.data(); }
-  /// Moves the window that the sums are of.
-  void slide(const int32_t* entering, const int32_t* leaving) {
-    int32_t* sum = sums_.data();
-    for (int x = 0; x < width_; ++x)
-      sum[x] += entering[x] - leaving[x];
-  }
-
-  int width_ = 0;
-  int height_ = 0;
-  std::vector<int32_t> values_;
-  std::vector<int32_t> spare_;
-  std::vector<int32_t> sums_;
-  std::vector<int32_t> nothing_;
+  int strips_;
+  int stride_;
+  std::vector<uint16_t> values_;
+  std::vector<uint8_t> used_;
 };
+
+void add_part(uint16_t* to, const uint16_t* from, uint16_t weight, int count) {
+  for (int i = 0; i < count; ++i)
+    to[i] = static_cast<uint16_t>(to[i] + (static_cast<uint32_t>(from[i]) * weight >> 16));
+}
+
+bool is_empty(const uint16_t* values, int count) {
+  uint32_t any = 0;
+  for (int i = 0; i < count; ++i)
+    any |= values[i];
+  return any == 0;
+}
+
+/// Sums up the row's neighbours along it. `row` has room for as many pixels as the kernel has on both sides.
+void blur_along(const std::vector<uint16_t>& row, const Kernel& kernel, Plane& to, int y) {
+  const auto taps = static_cast<int>(kernel.weights.size());
+  for (int index = 0; index < to.strips(); ++index) {
+    const uint16_t* from = row.data() + index * strip;
+    if (is_empty(from, strip + taps - 1))
+      continue;
+    to.used(index, y) = 1;
+    for (int k = 0; k < taps; ++k)
+      add_part(to.at(index * strip, y), from + k, kernel.weights[static_cast<size_t>(k)], strip);
+  }
+}
+
+/// Rounds up, so that even the faint edge of a wide blur is as wide as it should be.
+uint8_t byte_of(uint16_t value) {
+  return static_cast<uint8_t>((value + 255) >> 8);
+}
 
 }  // namespace
 
-void blur_mask(const Mask& from, const Mask& to, const Blur& blur) {
-  const Boxes boxes = boxes_for(blur.radius);
-  const int reach = static_cast<int>(std::ceil(blur.radius)) + 1;  // one for the shift
-  // By squares: small enough for a processor's nearest memory, and most squares of an outline are empty.
-  const int side = std::max(48, 3 * reach);
-  Part part;
-  for (int y = 0; y < from.height; y += side) {
-    for (int x = 0; x < from.width; x += side) {
-      const PixelBounds square = intersection({x, y, x + side, y + side}, {0, 0, from.width, from.height});
-      const PixelBounds covered = covered_part(from, square.grown(reach));
-      if (covered.empty())
-        continue;
-      const PixelBounds bounds = covered.grown(reach);
-      part.load(from, covered, bounds);
-      for (const double shift : {blur.shift_y, blur.shift_x}) {
-        if (shift > 0)
-          part.shift_columns(static_cast<float>(shift));
-        for (const Box& box : boxes) {
-          if (!box.is_point())
-            part.average_columns(box);
-        }
-        part.turn();
+std::vector<uint8_t> blurred(const std::vector<uint8_t>& coverage, PixelBounds bounds, PixelBounds wanted,
+                             const Blur& blur) {
+  const Kernel across = kernel_for(blur.radius, blur.shift_x);
+  const Kernel down = kernel_for(blur.radius, blur.shift_y);
+  Plane plane(wanted.width(), bounds.height());
+  // The row from as far before the first pixel that is wanted as the kernel reaches.
+  const auto taps = static_cast<int>(across.weights.size());
+  const PixelBounds used{wanted.x0 - across.before, 0,
+                         wanted.x0 - across.before + plane.strips() * strip + taps, 1};
+  const PixelBounds loaded = intersection({bounds.x0, 0, bounds.x1, 1}, used);
+  std::vector<uint16_t> row(static_cast<size_t>(used.width()));
+  for (int y = 0; y < bounds.height(); ++y) {
+    const uint8_t* from =
+        coverage.data() + static_cast<ptrdiff_t>(y) * bounds.width() + (loaded.x0 - bounds.x0);
+    std::transform(from, from + std::max(loaded.width(), 0), row.data() + (loaded.x0 - used.x0),
+                   [](uint8_t v) { return static_cast<uint16_t>(v << 8); });
+    blur_along(row, across, plane, y);
+  }
+  const auto width = static_cast<size_t>(wanted.width());
+  std::vector<uint8_t> result(width * static_cast<size_t>(wanted.height()));
+  uint8_t* to = result.data();
+  for (int y = wanted.y0; y < wanted.y1; ++y, to += width) {
+    for (int index = 0; index < plane.strips(); ++index) {
+      std::array<uint16_t, strip> sum{};
+      for (size_t k = 0; k < down.weights.size(); ++k) {
+        const int from = y - bounds.y0 - down.before + static_cast<int>(k);
+        if (from >= 0 && from < bounds.height() && plane.used(index, from))
+          add_part(sum.data(), plane.at(index * strip, from), down.weights[k], strip);
       }
-      part.store(to, intersection(square, bounds), bounds);
+      const int x = index * strip;
+      std::transform(sum.begin(), sum.begin() + std::min(strip, wanted.width() - x), to + x, byte_of);
     }
   }
+  return result;
 }
 
 }  // namespace cocoa

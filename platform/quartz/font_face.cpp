@@ -259,17 +259,17 @@ namespace {
 
 struct OutlineTarget {
   PathData& path;
-  const cairo_matrix_t& m;
-  PathData::Point last{};
+  const Matrix& m;
+  DevicePoint last{};
   bool open = false;
 
-  PathData::Point point(const FT_Vector* v) const {
+  DevicePoint point(const FT_Vector* v) const {
     return {static_cast<double>(v->x), static_cast<double>(v->y)};
   }
   static OutlineTarget& of(void* user) { return *static_cast<OutlineTarget*>(user); }
 };
 
-PathData::Point two_thirds_to(PathData::Point from, PathData::Point to) {
+DevicePoint two_thirds_to(DevicePoint from, DevicePoint to) {
   return {from.x + (to.x - from.x) * 2 / 3, from.y + (to.y - from.y) * 2 / 3};
 }
 
@@ -289,8 +289,8 @@ constexpr FT_Outline_Funcs outline_functions{
     },
     [](const FT_Vector* control, const FT_Vector* to, void* user) {
       auto& target = OutlineTarget::of(user);
-      const PathData::Point middle = target.point(control);
-      const PathData::Point end = target.point(to);
+      const DevicePoint middle = target.point(control);
+      const DevicePoint end = target.point(to);
       target.path.curve_to(target.m, {two_thirds_to(target.last, middle), two_thirds_to(end, middle), end});
       target.last = end;
       return 0;
@@ -306,15 +306,14 @@ constexpr FT_Outline_Funcs outline_functions{
 
 }  // namespace
 
-void FontFace::add_outline(PathData& path, const cairo_matrix_t& m, uint32_t glyph) {
+void FontFace::add_outline(PathData& path, const Matrix& m, uint32_t glyph) {
   if (FT_Load_Glyph(face_, glyph, FT_LOAD_NO_SCALE) != FT_Err_Ok ||
       face_->glyph->format != FT_GLYPH_FORMAT_OUTLINE)
     return;
   FT_Outline& outline = face_->glyph->outline;
   if (embolden_)
     FT_Outline_Embolden(&outline, face_->units_per_EM / emboldening);
-  cairo_matrix_t from_units = m;
-  cairo_matrix_scale(&from_units, 1.0 / face_->units_per_EM, -1.0 / face_->units_per_EM);
+  const Matrix from_units = scaled(m, 1.0 / face_->units_per_EM, -1.0 / face_->units_per_EM);
   OutlineTarget target{path, from_units};
   FT_Outline_Decompose(&outline, &outline_functions, &target);
   path.close();

@@ -74,7 +74,7 @@ class FontFace {
   /// Kept for later; holds until the next call.
   const GlyphMask& mask(const GlyphPlace& place);
   /// `m` takes ems, y downwards, into the space of the path.
-  void add_outline(PathData& path, const cairo_matrix_t& m, uint32_t glyph);
+  void add_outline(PathData& path, const Matrix& m, uint32_t glyph);
 
  private:
   struct PlaceHash {

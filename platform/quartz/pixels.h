@@ -72,8 +72,7 @@ struct DeviceBox {
   }
 };
 
-/// The greatest distance from the origin, in device pixels, that is drawn faithfully: Cairo keeps
-/// coordinates in 24 bits before the point.
+/// The greatest distance from the origin, in device pixels, that is drawn: further out there are no pixels.
 inline constexpr double max_coordinate = 4e6;
 
 }  // namespace cocoa

@@ -39,6 +39,9 @@ class Polygon {
     }
   }
 
+  bool operator==(const Polygon&) const = default;
+  /// Whether it is one rectangle of whole pixels.
+  bool is_whole_pixels() const;
   bool empty() const { return ends_.empty(); }
   const std::vector<DevicePoint>& points() const { return points_; }
   /// Behind the last corner of each contour.
@@ -58,7 +61,9 @@ class Polygon {
  private:
   static double on_grid(double v) {
     constexpr double steps = 256;
-    return std::nearbyint(std::clamp(v, -max_coordinate, max_coordinate) * steps) / steps;
+    // What is added leaves no room for a fraction: the library's rounding is slow.
+    constexpr double whole = 0x1.8p52;
+    return (std::clamp(v, -max_coordinate, max_coordinate) * steps + whole - whole) / steps;
   }
   size_t begin_of_contour() const { return ends_.empty() ? 0 : ends_.back(); }
 

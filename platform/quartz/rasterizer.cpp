@@ -1,8 +1,11 @@
 #include "quartz/rasterizer.h"
 
 #include <bit>
-#include <climits>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace cocoa {
 
@@ -18,25 +21,12 @@ int32_t rounded(double v) {
   return static_cast<int32_t>(std::bit_cast<int64_t>(v + magic));
 }
 
-/// Of a sum of coverage. Halves go up, also those that rounding left a little short.
-uint8_t byte_of(int32_t sum) {
-  return static_cast<uint8_t>((sum + (1 << (one_bits - 1)) + 64) >> one_bits);
-}
+/// What makes a sum the nearest byte. Halves go up, also those that rounding left a little short.
+constexpr int nearest = (1 << (one_bits - 1)) + 64;
 
 int floor_of(double v) {
   const int whole = static_cast<int>(v);
   return whole - (static_cast<double>(whole) > v ? 1 : 0);
-}
-
-void fill(uint8_t* first, const uint8_t* last, uint8_t value) {
-  // Most gaps between edges are too short for a call.
-  constexpr ptrdiff_t longest = 24;
-  if (last - first > longest) {
-    std::memset(first, value, static_cast<size_t>(last - first));
-    return;
-  }
-  while (first < last)
-    *first++ = value;
 }
 
 }  // namespace
@@ -126,65 +116,78 @@ void Rasterizer::sort_entries() {
 
 void Rasterizer::sweep(uint8_t* out) {
   int winding = 0;
-  // Groups that share a pixel are turned into coverage together: a run of pixels, in part before the area.
-  int end = INT_MIN;
-  int first = area_.x0;
-  int last = area_.x0;
-  bool inside_before = false;
-  for (size_t i = 0; i < active_.size();) {
-    const size_t begin = i;
-    double right = active_[i++].right;
-    for (; i < active_.size() && active_[i].left <= right; ++i)
-      right = std::max(right, active_[i].right);
-    const int from = floor_of(active_[begin].left);
-    if (from >= area_.x1)
-      break;
-    if (from >= end) {
-      flush(out, first, last, inside_before);
-      inside_before = inside(winding) != 0;
-      first = std::max(from, area_.x0);
-      fill(out + (last - area_.x0), out + (first - area_.x0), inside_before ? 255 : 0);
+  const Entry* const last = active_.data() + active_.size();
+  for (const Entry* entry = active_.data(); entry < last && entry->left < area_.x1;) {
+    const Entry* const begin = entry;
+    double right = entry++->right;
+    for (; entry < last && entry->left <= right; ++entry)
+      right = std::max(right, entry->right);
+    add_group(begin, entry, right, winding);
+  }
+  write_row(out);
+}
+
+void Rasterizer::write_row(uint8_t* out) {
+  const int width = area_.width();
+  int32_t* cells = cells_.data();
+  int32_t sum = 0;
+  int x = 0;
+#if defined(__SSE2__)
+  const __m128i half = _mm_set1_epi32(nearest);
+  __m128i before = _mm_setzero_si128();
+  for (; x + 4 <= width; x += 4) {
+    auto* const four = reinterpret_cast<__m128i*>(cells + x);
+    __m128i sums = _mm_loadu_si128(four);
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(sums, _mm_setzero_si128())) == 0xFFFF) {
+      sums = before;
+    } else {
+      _mm_storeu_si128(four, _mm_setzero_si128());
+      sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 4));
+      sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 8));
+      sums = _mm_add_epi32(sums, before);
+      before = _mm_shuffle_epi32(sums, 0xFF);
     }
-    end = std::max(end, floor_of(right) + 1);
-    last = std::clamp(end, first, area_.x1);
-    add_group(begin, i, winding);
+    const __m128i levels = _mm_srli_epi32(_mm_add_epi32(sums, half), one_bits);
+    const __m128i words = _mm_packs_epi32(levels, levels);
+    const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+    std::memcpy(out + x, &bytes, sizeof bytes);
   }
-  flush(out, first, last, inside_before);
-  fill(out + (last - area_.x0), out + area_.width(), inside(winding) != 0 ? 255 : 0);
+  sum = _mm_cvtsi128_si32(before);
+#endif
+  for (; x < width; ++x) {
+    sum += cells[x];
+    cells[x] = 0;
+    out[x] = static_cast<uint8_t>((sum + nearest) >> one_bits);
+  }
+  cells[width] = 0;
 }
 
-void Rasterizer::flush(uint8_t* out, int first, int last, bool inside_before) {
-  int32_t sum = inside_before ? static_cast<int32_t>(one) : 0;
-  for (int x = first - area_.x0; x < last - area_.x0; ++x) {
-    sum += cells_[static_cast<size_t>(x)];
-    cells_[static_cast<size_t>(x)] = 0;
-    out[x] = byte_of(sum);
-  }
-  cells_[static_cast<size_t>(last - area_.x0)] = 0;
-}
-
-void Rasterizer::add_group(size_t first, size_t last, int& winding) {
+void Rasterizer::add_group(const Entry* first, const Entry* last, double right, int& winding) {
+  const int before = inside(winding);
   if (last - first == 1) {
-    const Piece& p = pieces_[static_cast<size_t>(active_[first].edge)];
-    const int before = inside(winding);
+    const Piece& p = pieces_[static_cast<size_t>(first->edge)];
     winding += p.direction;
     if (const int sign = inside(winding) - before)
       add_line(p.x_top, p.x_bottom, p.bottom - p.top, sign);
     return;
   }
   double net = 0;
-  for (size_t i = first; i < last; ++i) {
-    const Piece& p = pieces_[static_cast<size_t>(active_[i].edge)];
+  for (const Entry* entry = first; entry < last; ++entry) {
+    const Piece& p = pieces_[static_cast<size_t>(entry->edge)];
     net += p.direction * (p.bottom - p.top);
   }
+  added_ = 0;
   add_bands(first, last, winding);
   winding += static_cast<int>(std::lround(net));
+  // Rounding leaves nothing over for the rest of the row.
+  const int end = std::clamp(floor_of(right) + 1, area_.x0, area_.x1);
+  cells_[static_cast<size_t>(end - area_.x0)] += (inside(winding) - before) * static_cast<int>(one) - added_;
 }
 
-void Rasterizer::add_bands(size_t first, size_t last, int winding) {
+void Rasterizer::add_bands(const Entry* first, const Entry* last, int winding) {
   heights_.clear();
-  for (size_t i = first; i < last; ++i) {
-    const Piece& p = pieces_[static_cast<size_t>(active_[i].edge)];
+  for (const Entry* entry = first; entry < last; ++entry) {
+    const Piece& p = pieces_[static_cast<size_t>(entry->edge)];
     for (const double height : {p.top, p.bottom}) {
       if (std::find(heights_.begin(), heights_.end(), height) == heights_.end())
         heights_.push_back(height);
@@ -195,8 +198,8 @@ void Rasterizer::add_bands(size_t first, size_t last, int winding) {
     const double top = heights_[band];
     const double bottom = heights_[band + 1];
     spans_.clear();
-    for (size_t i = first; i < last; ++i) {
-      const Piece& p = pieces_[static_cast<size_t>(active_[i].edge)];
+    for (const Entry* entry = first; entry < last; ++entry) {
+      const Piece& p = pieces_[static_cast<size_t>(entry->edge)];
       if (p.direction == 0 || p.top > top || p.bottom < bottom)
         continue;
       const double slope = (p.x_bottom - p.x_top) / (p.bottom - p.top);
@@ -266,6 +269,7 @@ void Rasterizer::add_line(double xa, double xb, double height, int sign) {
   if (left >= area_.x1)
     return;
   const double all = height * sign * one;
+  added_ += rounded(all);
   if (right < area_.x0) {
     cells_[0] += rounded(all);
     return;

@@ -51,9 +51,9 @@ class Rasterizer {
   void cut_edges(int row);
   void sort_entries();
   void sweep(uint8_t* out);
-  /// Adds what a group covers; the winding number on its left becomes that on its right.
-  void add_group(size_t first, size_t last, int& winding);
-  void add_bands(size_t first, size_t last, int winding);
+  /// Adds what a group that ends at `right` covers; the winding number on its left becomes that on its right.
+  void add_group(const Entry* first, const Entry* last, double right, int& winding);
+  void add_bands(const Entry* first, const Entry* last, int winding);
   void add_band(double height, int winding);
   void add_spans(double height, int winding);
   /// Of the band, how much lies above the first place where two spans cross; 1 when none do.
@@ -62,8 +62,8 @@ class Rasterizer {
   void split_spans(double part);
   /// Adds what lies right of a line between two x within a band.
   void add_line(double xa, double xb, double height, int sign);
-  /// Turns what was added to pixels from `first` up to `last` into coverage.
-  void flush(uint8_t* out, int first, int last, bool inside_before);
+  /// Sums the cells up into coverage, and empties them.
+  void write_row(uint8_t* out);
   int inside(int winding) const { return rule_ == FillRule::even_odd ? winding & 1 : winding != 0; }
 
   FillRule rule_ = FillRule::nonzero;
@@ -76,6 +76,7 @@ class Rasterizer {
   std::vector<Span> spans_;
   std::vector<Span> spans_below_;
   std::vector<int32_t> cells_;  ///< by how much each pixel's coverage exceeds that of the one before
+  int32_t added_ = 0;           ///< to cells by the lines of a group
 };
 
 }  // namespace cocoa

@@ -1,9 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <span>
 
 #include "quartz/blur.h"
 #include "quartz/context.h"
@@ -12,156 +8,106 @@ namespace cocoa {
 
 namespace {
 
-/// Where the shadow of an object may land.
-PixelBounds landing_bounds(const CGContext& context) {
-  const Target& target = context.target();
-  return context.bounds_of_clips(target.first_clip, context.state().shadow.clip_count, target.bounds);
-}
-
-/// The object's extents as far as the clips that shape the shadow leave them.
-PixelBounds shape_bounds(const CGContext& context, PixelBounds extents) {
-  const GraphicsState& state = context.state();
-  return context.bounds_of_clips(state.shadow.clip_count, state.clip_count, extents);
-}
-
 int reach_of(const ShadowState& shadow) {
   return static_cast<int>(std::ceil(shadow.blur));
 }
 
-Mask pixels_of(const Surface& surface, PixelBounds area) {
-  return {cairo_image_surface_get_data(surface.get()), area.width(), area.height(),
-          cairo_image_surface_get_stride(surface.get())};
+PixelBounds moved_by(PixelBounds b, int dx, int dy) {
+  return {b.x0 + dx, b.y0 + dy, b.x1 + dx, b.y1 + dy};
 }
 
-/// Makes the coverage of the object, moved by dx and dy, in the pixels of `area`.
-using MakeShape = std::function<Surface(PixelBounds area, double dx, double dy)>;
+/// The alpha of an object, of 255, on its way to where the shadow falls.
+class CastShape {
+ public:
+  /// Empty; objects come to lie in `area` when they are moved by whole pixels.
+  CastShape(PixelBounds area, int dx, int dy)
+      : area_(area),
+        dx_(dx),
+        dy_(dy),
+        bytes_(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height())) {}
 
-Surface empty_mask(PixelBounds area) {
-  return Surface(cairo_image_surface_create(CAIRO_FORMAT_A8, area.width(), area.height()));
-}
-
-Surface drawn_shape(const CGContext& context, PixelBounds area, double dx, double dy,
-                    const DrawObject& draw) {
-  const GraphicsState& state = context.state();
-  Surface mask = empty_mask(area);
-  const Cairo cr(cairo_create(mask.get()));
-  cairo_translate(cr.get(), dx - area.x0, dy - area.y0);
-  context.apply_clips(cr.get(), state.shadow.clip_count, state.clip_count);
-  draw(cr.get());
-  cairo_surface_flush(mask.get());
-  return mask;
-}
-
-/// `part` of the picture's alpha, moved by whole pixels.
-Surface picture_shape(const Picture& picture, PixelBounds part, PixelBounds area, int dx, int dy) {
-  Surface shape = empty_mask(area);
-  const Mask to = pixels_of(shape, area);
-  if (!to.data)
-    return shape;
-  if (picture.mask)
-    part = intersection(part, picture.mask->shape.bounds);
-  part = intersection(intersection(part, picture.bounds),
-                      {area.x0 - dx, area.y0 - dy, area.x1 - dx, area.y1 - dy});
-  const auto alpha = static_cast<uint32_t>(std::lround(picture.alpha * 255));
-  for (int y = part.y0; y < part.y1; ++y) {
-    const uint32_t* from =
-        picture.pixels.data() + static_cast<ptrdiff_t>(y - picture.bounds.y0) * picture.bounds.width();
-    uint8_t* row = to.row(y + dy - area.y0);
-    const uint8_t* coverage = picture.mask ? picture.mask->row(y) : nullptr;
-    for (int x = part.x0; x < part.x1; ++x) {
-      const uint32_t above = coverage ? coverage[x - picture.mask->shape.bounds.x0] * alpha / 255 : alpha;
-      row[x + dx - area.x0] = static_cast<uint8_t>(((from[x - picture.bounds.x0] >> 24) * above + 127) / 255);
+  /// Lays the part, as far as the clip leaves it, over what is there.
+  void add(const Part& part, const Coverage& clip) {
+    const Coverage shape = intersection(part.shape, clip);
+    const PixelBounds from = intersection(shape.bounds, moved_by(area_, -dx_, -dy_));
+    if (from.empty())
+      return;
+    for (int y = from.y0; y < from.y1; ++y) {
+      uint8_t* row = bytes_.data() + static_cast<ptrdiff_t>(y + dy_ - area_.y0) * area_.width() +
+                     (from.x0 + dx_ - area_.x0);
+      const Colors colors = part.source.row(y, from.x0, from.x1);
+      add_row(row, colors, shape.bytes ? shape.at(from.x0, y) : nullptr, from.width());
     }
   }
-  cairo_surface_mark_dirty(shape.get());
-  return shape;
-}
 
-/// The shape's mask at the shadow's place, blurred. Where there is a blur it makes up for the fraction of the
-/// offset, since Cairo is slow to move a picture by parts of a pixel.
-Surface shadow_mask(const ShadowState& shadow, PixelBounds area, const MakeShape& make_shape) {
-  if (!(shadow.blur > 0))
-    return make_shape(area, shadow.dx, shadow.dy);
-  const double dx = std::floor(shadow.dx);
-  const double dy = std::floor(shadow.dy);
-  const Surface sharp = make_shape(area, dx, dy);
-  Surface soft = empty_mask(area);
-  const Mask from = pixels_of(sharp, area);
-  const Mask to = pixels_of(soft, area);
-  if (from.data && to.data)
-    blur_mask(from, to, {shadow.blur, shadow.dx - dx, shadow.dy - dy});
-  cairo_surface_mark_dirty(soft.get());
-  return soft;
-}
+  std::vector<uint8_t>& bytes() { return bytes_; }
 
-void cast(CGContext& context, PixelBounds extents, const MakeShape& make_shape) {
-  const ShadowState& shadow = context.state().shadow;
-  const int reach = reach_of(shadow);
-  const PixelBounds shape = shape_bounds(context, extents);
-  if (shape.empty())
-    return;
-  const PixelBounds cast = moved(shape, shadow.dx, shadow.dy).grown(reach);
-  const PixelBounds visible = intersection(cast, landing_bounds(context));
-  if (visible.empty())
-    return;
-  // What lies further from the visible part than blur and rounding reach cannot be seen in it.
-  const PixelBounds area = intersection(cast, visible.grown(reach + 1));
-  const Surface mask = shadow_mask(shadow, area, make_shape);
-  if (cairo_surface_status(mask.get()) != CAIRO_STATUS_SUCCESS)
-    return;
-
-  cairo_t* cr = context.cr();
-  cairo_save(cr);
-  if (shadow.clip_count != context.state().clip_count) {
-    cairo_reset_clip(cr);
-    context.apply_clips(cr, context.target().first_clip, shadow.clip_count);
+ private:
+  static void add_row(uint8_t* row, const Colors& colors, const uint8_t* coverage, int width) {
+    constexpr uint32_t alpha = 3;
+    if (colors.is_one && colors.first->is_opaque() && !coverage) {
+      std::fill_n(row, width, uint8_t{255});
+      return;
+    }
+    for (int x = 0; x < width; ++x) {
+      const uint32_t covered = coverage ? coverage[x] : 255;
+      // In 65280ths, as the colours have it.
+      const uint32_t above = covered * colors.first[colors.is_one ? 0 : x].channel[alpha] / 255;
+      if (above == 0)
+        continue;
+      const uint32_t below = row[x] * (FineColor::full - above) / 255;
+      row[x] = static_cast<uint8_t>((above + below + 128) >> 8);
+    }
   }
-  set_source(cr, shadow.color, 1);
-  cairo_mask_surface(cr, mask.get(), area.x0, area.y0);
-  cairo_restore(cr);
-}
+
+  PixelBounds area_;
+  int dx_;
+  int dy_;
+  std::vector<uint8_t> bytes_;
+};
 
 }  // namespace
 
-PixelBounds picture_bounds(const CGContext& context) {
-  const GraphicsState& state = context.state();
-  if (!state.has_shadow)
-    return state.clip_bounds;
-  const PixelBounds landing = landing_bounds(context).grown(reach_of(state.shadow));
+PixelBounds CGContext::visible_bounds() const {
+  const GraphicsState& s = state();
+  const PixelBounds clipped = intersection(s.clip.bounds, target().pixels.bounds);
+  if (!s.has_shadow)
+    return clipped;
+  const PixelBounds landing =
+      intersection(s.shadow.landing.bounds, target().pixels.bounds).grown(reach_of(s.shadow) + 1);
   const PixelBounds casting =
-      intersection(shape_bounds(context, everywhere), moved(landing, -state.shadow.dx, -state.shadow.dy));
-  const PixelBounds both = union_of(state.clip_bounds, casting);
-  // Where the shadow comes from far outside, the picture of both would be mostly void: the shadow goes.
+      intersection(s.shadow.casting.bounds, moved(landing, -s.shadow.dx, -s.shadow.dy));
+  const PixelBounds both = union_of(clipped, casting);
+  // Where the shadow comes from far outside, what holds both would be mostly void: the shadow goes.
   constexpr int max_extent = 8192;
-  return both.width() <= max_extent && both.height() <= max_extent ? both : state.clip_bounds;
+  return both.width() <= max_extent && both.height() <= max_extent ? both : clipped;
 }
 
-void cast_shadow(CGContext& context, PixelBounds extents, const DrawObject& draw) {
-  cast(context, extents,
-       [&](PixelBounds area, double dx, double dy) { return drawn_shape(context, area, dx, dy, draw); });
-}
-
-bool cast_shadow_of_picture(CGContext& context, const Picture& picture) {
-  const GraphicsState& state = context.state();
-  const ShadowState& shadow = state.shadow;
-  const bool by_whole_pixels = shadow.dx == std::floor(shadow.dx) && shadow.dy == std::floor(shadow.dy);
-  if (!(shadow.blur > 0) && !by_whole_pixels)
-    return false;
-  const auto clips =
-      std::span(context.clips).subspan(shadow.clip_count, state.clip_count - shadow.clip_count);
-  const auto shapes =
-      std::count_if(clips.begin(), clips.end(), [](const ClipPath& clip) { return !clip.is_bounds; });
-  if (shapes > (picture.mask ? 1 : 0))
-    return false;
-  Picture casting = picture;
-  // A shape that was clipped to before the shadow was set does not shape the shadow.
-  if (shapes == 0)
-    casting.mask = nullptr;
-  const PixelBounds part = shape_bounds(context, picture.bounds);
-  cast(context, picture.bounds, [&](PixelBounds area, double dx, double dy) {
-    return picture_shape(casting, part, area, static_cast<int>(dx), static_cast<int>(dy));
-  });
-  return true;
+void CGContext::cast_shadow(std::span<const Part> parts) {
+  const ShadowState& shadow = state().shadow;
+  PixelBounds extents;
+  for (const Part& part : parts)
+    extents = union_of(extents, intersection(part.shape.bounds, shadow.casting.bounds));
+  const int reach = reach_of(shadow);
+  const PixelBounds landing = intersection(shadow.landing.bounds, target().pixels.bounds);
+  const PixelBounds cast = moved(extents, shadow.dx, shadow.dy).grown(reach);
+  const PixelBounds visible = intersection(cast, landing);
+  if (extents.empty() || visible.empty())
+    return;
+  // What lies further from the visible part than blur and rounding reach cannot be seen in it.
+  const PixelBounds area = intersection(cast, visible.grown(reach + 1));
+  const double dx = std::floor(shadow.dx);
+  const double dy = std::floor(shadow.dy);
+  CastShape shape(area, static_cast<int>(dx), static_cast<int>(dy));
+  for (const Part& part : parts)
+    shape.add(part, shadow.casting);
+  const Blur blur{shadow.blur, shadow.dx - dx, shadow.dy - dy};
+  const Coverage soft = blur.is_nothing()
+                            ? byte_coverage(area, std::move(shape.bytes()))
+                            : byte_coverage(visible, blurred(shape.bytes(), area, visible, blur));
+  PlainSource color(fine_color(shadow.color, 1));
+  paint(pixels(), soft, shadow.landing, color);
+  target().painted = union_of(target().painted, visible);
 }
 
 }  // namespace cocoa

@@ -12,37 +12,29 @@ namespace cocoa {
 namespace {
 
 /// From points right of and below the rectangle's upper left corner to device pixels.
-cairo_matrix_t text_matrix(const GraphicsState& state, CGRect rect) {
-  cairo_matrix_t m = state.ctm;
-  cairo_matrix_translate(&m, static_cast<double>(NSMinX(rect)), static_cast<double>(NSMaxY(rect)));
-  cairo_matrix_scale(&m, 1, -1);
-  return m;
+Matrix text_matrix(const GraphicsState& state, CGRect rect) {
+  return scaled(moved(state.ctm, static_cast<double>(NSMinX(rect)), static_cast<double>(NSMaxY(rect))), 1,
+                -1);
 }
 
-/// Blends a colour through coverage in memory, whose row 0 and column 0 are those device pixels.
+/// Draws a colour through a mask, whose row 0 and column 0 are those device pixels.
 void paint_coverage(CGContext& context, const TextMask& mask, int x, int y, const Rgba& color) {
-  const double alpha = context.state().alpha;
-  const PixelBounds& bounds = mask.bounds;
-  // Cairo only reads it.
-  const Surface surface(cairo_image_surface_create_for_data(const_cast<uint8_t*>(mask.coverage.data()),
-                                                            CAIRO_FORMAT_A8, bounds.width(), bounds.height(),
-                                                            mask.stride));
-  paint_object(context, moved(bounds, x, y), [&](cairo_t* cr) {
-    set_source(cr, color, alpha);
-    cairo_mask_surface(cr, surface.get(), x + bounds.x0, y + bounds.y0);
-  });
+  const PixelBounds bounds = moved(mask.bounds, x, y);
+  // The layout keeps the bytes for longer than they are drawn with.
+  const Coverage::Bytes bytes(std::shared_ptr<void>(), &mask.coverage);
+  PlainSource source(context.fine(color));
+  context.draw({bounds, bytes, {bounds.x0, bounds.y0, bounds.x0 + mask.stride, bounds.y1}}, source);
 }
 
 /// Masks beyond this scale are not worth their memory.
 constexpr double max_mask_scale = 16;
 
-bool stands_upright(const cairo_matrix_t& m) {
+bool stands_upright(const Matrix& m) {
   return m.xy == 0 && m.yx == 0 && m.xx > 0 && m.yy > 0 && m.xx <= max_mask_scale && m.yy <= max_mask_scale;
 }
 
 /// The usual case: text that stands upright, drawn from its mask. False when it is too large for one.
-bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const cairo_matrix_t& m,
-                const Rgba& color) {
+bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const Matrix& m, const Rgba& color) {
   const double quarters = std::round(m.x0 * 4);
   const int x = static_cast<int>(std::floor(quarters / 4));
   const int quarter = static_cast<int>(quarters - 4.0 * x);
@@ -56,22 +48,16 @@ bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const cair
 }
 
 /// Text that is turned, mirrored, slanted or very large, drawn from its outlines.
-void paint_outlines(CGContext& context, const TextLayout& layout, size_t lines, const cairo_matrix_t& m,
+void paint_outlines(CGContext& context, const TextLayout& layout, size_t lines, const Matrix& m,
                     const Rgba& color) {
-  const double alpha = context.state().alpha;
   PathData path;
   layout.add_outlines(path, m, lines);
-  paint_object(context, everywhere, [&](cairo_t* cr) {
-    cairo_new_path(cr);
-    path.append_to(cr);
-    cairo_set_fill_rule(cr, CAIRO_FILL_RULE_WINDING);
-    set_source(cr, color, alpha);
-    cairo_fill(cr);
-  });
+  PlainSource source(context.fine(color));
+  context.draw(context.fill_coverage(path, FillRule::nonzero), source);
 }
 
 void draw_text(CGContext& context, CGRect rect, std::string_view utf8, const TextStyle& style) {
-  const cairo_matrix_t m = text_matrix(context.state(), rect);
+  const Matrix m = text_matrix(context.state(), rect);
   if (!finite(m) || !invertible(m) || std::abs(m.x0) > max_coordinate || std::abs(m.y0) > max_coordinate)
     return;
   TextLayout& layout = text_layout(utf8, style, std::max(0.0, static_cast<double>(NSWidth(rect))));

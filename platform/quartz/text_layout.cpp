@@ -51,15 +51,13 @@ size_t TextLayout::lines_within(double height) const {
   return std::max<size_t>(static_cast<size_t>(first_too_low - lines_.begin()), 1);
 }
 
-void TextLayout::add_outlines(PathData& path, const cairo_matrix_t& m, size_t count) const {
+void TextLayout::add_outlines(PathData& path, const Matrix& m, size_t count) const {
   for (const TextLine& line : std::span(lines_).first(count)) {
     for (const GlyphRun& run : line.shaped.runs()) {
       for (size_t i = run.first; i < run.end; ++i) {
         const Glyph& glyph = line.shaped.glyphs()[i];
-        cairo_matrix_t from_ems = m;
-        cairo_matrix_translate(&from_ems, line.x + glyph.x, line.baseline - glyph.y);
-        cairo_matrix_scale(&from_ems, line.shaped.size(), line.shaped.size());
-        run.face->add_outline(path, from_ems, glyph.id);
+        const Matrix at_glyph = moved(m, line.x + glyph.x, line.baseline - glyph.y);
+        run.face->add_outline(path, scaled(at_glyph, line.shaped.size(), line.shaped.size()), glyph.id);
       }
     }
   }

@@ -28,7 +28,7 @@ class TextLayout {
   size_t lines_within(double height) const;
   /// Adds the outlines of the first lines. `m` takes points from the upper left of the text, y downwards,
   /// into the space of the path.
-  void add_outlines(PathData& path, const cairo_matrix_t& m, size_t count) const;
+  void add_outlines(PathData& path, const Matrix& m, size_t count) const;
   /// Of the first lines; null when they are too large for one. Valid until the next call.
   const TextMask* mask(double scale_x, double scale_y, int quarter, size_t count);
 

@@ -62,8 +62,11 @@ inline double exact_coverage(const std::vector<TestEdge>& all, FillRule rule, in
     for (size_t k = 0; k < i; ++k) {
       const TestEdge& b = edges[k];
       const double other = (b.x1 - b.x0) / (b.y1 - b.y0);
-      if (slope != other)
-        add_height((b.x0 - b.y0 * other - a.x0 + a.y0 * slope) / (slope - other));
+      if (slope == other)
+        continue;
+      const double crossing = (b.x0 - b.y0 * other - a.x0 + a.y0 * slope) / (slope - other);
+      if (crossing > std::max(a.y0, b.y0) && crossing < std::min(a.y1, b.y1))
+        add_height(crossing);
     }
   }
   std::sort(heights.begin(), heights.end());

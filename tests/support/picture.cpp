@@ -1,12 +1,11 @@
 #include "picture.h"
 
-#include <cairo.h>
 #include <gtest/gtest.h>
+#include <png.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 
 #include "appkit/NSGraphicsContext.h"
@@ -48,6 +47,14 @@ Picture differences(const Picture& a, const Picture& b) {
   return result;
 }
 
+uint32_t premultiplied(uint32_t pixel) {
+  const uint32_t alpha = pixel >> 24;
+  uint32_t result = alpha << 24;
+  for (int shift = 0; shift < 24; shift += 8)
+    result |= (((pixel >> shift & 0xFF) * alpha + 127) / 255) << shift;
+  return result;
+}
+
 }  // namespace
 
 Picture picture_of(NSView& view, double scale) {
@@ -65,26 +72,19 @@ Picture picture_of(NSView& view, double scale) {
 }
 
 Picture read_picture(const std::string& path) {
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  if (!png_image_begin_read_from_file(&image, path.c_str()))
+    return {};
+  image.format = PNG_FORMAT_BGRA;
   Picture picture;
-  cairo_surface_t* surface = cairo_image_surface_create_from_png(path.c_str());
-  if (cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS) {
-    picture.width = cairo_image_surface_get_width(surface);
-    picture.height = cairo_image_surface_get_height(surface);
-    const auto row = static_cast<size_t>(picture.width);
-    picture.pixels.resize(row * static_cast<size_t>(picture.height));
-    for (int y = 0; y < picture.height; ++y) {
-      std::memcpy(&picture.pixels[static_cast<size_t>(y) * row],
-                  cairo_image_surface_get_data(surface) + y * cairo_image_surface_get_stride(surface),
-                  row * 4);
-    }
-  }
-  // A picture without transparency is read without an alpha channel.
-  if (cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS &&
-      cairo_image_surface_get_format(surface) == CAIRO_FORMAT_RGB24) {
-    for (uint32_t& pixel : picture.pixels)
-      pixel |= 0xFF000000U;
-  }
-  cairo_surface_destroy(surface);
+  picture.width = static_cast<int>(image.width);
+  picture.height = static_cast<int>(image.height);
+  picture.pixels.resize(size_t{image.width} * image.height);
+  if (!png_image_finish_read(&image, nullptr, picture.pixels.data(), 0, nullptr))
+    return {};
+  for (uint32_t& pixel : picture.pixels)
+    pixel = premultiplied(pixel);
   return picture;
 }
 

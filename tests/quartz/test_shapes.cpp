@@ -145,6 +145,53 @@ TEST(TransparencyLayer, KeepsClipsAndStatesFromBeforeItsFirstDrawing) {
   EXPECT_EQ(canvas.at(19, 10), clear_pixel);
 }
 
+/// Something of everything: fills, strokes, shadings in shapes, a layer, shadows of all of them.
+void draw_scene(CGContextRef context) {
+  CGContextSaveGState(context);
+  set_shadow(context, {CGFloat(-2.5), 3}, 3, 0, 0, CGFloat(0.3), CGFloat(0.7));
+  CGContextSetRGBFillColor(context, 1, CGFloat(0.4), 0, CGFloat(0.8));
+  CGContextFillEllipseInRect(context, ellipse);
+  CGContextSetLineWidth(context, CGFloat(2.2));
+  CGContextSetLineJoin(context, kCGLineJoinRound);
+  CGContextMoveToPoint(context, 0, 10);
+  for (int i = 0; i < 40; ++i)
+    CGContextAddLineToPoint(context, CGFloat(i) * CGFloat(2.6), CGFloat(35 + 30 * std::sin(i * i)));
+  CGContextDrawPath(context, kCGPathFillStroke);
+  CGContextSetAlpha(context, CGFloat(0.6));
+  CGContextBeginTransparencyLayer(context, nullptr);
+  set_shadow(context, {4, -1}, 2, 0, CGFloat(0.2), 0, 1);
+  clip_to_ellipse(context, {{30, 10}, {CGFloat(45.5), 40}});
+  const auto rule = [](CGFloat t, CGFloat* rgba) {
+    rgba[0] = rgba[3] = t;
+    rgba[1] = rgba[2] = t * t / 2;
+  };
+  draw_and_release(context, axial({30, 10}, {70, 50}, rule, true, true));
+  draw_and_release(context, axial({30, 10}, {70, 20}, rule));
+  draw_and_release(context, radial({50, 30}, 2, {52, 31}, 20, rule));
+  CGContextEndTransparencyLayer(context);
+  CGContextRestoreGState(context);
+}
+
+TEST(Scene, DrawnInPartsIsAsDrawnAtOnce) {
+  for (const double scale : {0.5, 1.0, 1.5, 2.0}) {
+    const int width = static_cast<int>(100 * scale);
+    const int height = static_cast<int>(70 * scale);
+    Canvas whole(width, height, scale);
+    draw_scene(whole.context());
+    Canvas parts(width, height, scale);
+    for (int x = 0; x < width; x += 17) {
+      for (int y = 0; y < height; y += 13) {
+        CGContextSaveGState(parts.context());
+        CGContextClipToRect(parts.context(), {{CGFloat(x / scale), CGFloat(y / scale)},
+                                              {CGFloat(17 / scale), CGFloat(13 / scale)}});
+        draw_scene(parts.context());
+        CGContextRestoreGState(parts.context());
+      }
+    }
+    EXPECT_EQ(parts.pixels(), whole.pixels()) << scale;
+  }
+}
+
 TEST(LongPath, ATranslucentOneCoversAsItsPiecesDo) {
   Canvas canvas(60, 30);
   Canvas pieces(60, 30);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "quartz/compositor.h"
+
+/// Private to this room: pictures in files.
+
+namespace cocoa {
+
+/// Writes pixels as a PNG file, without an alpha channel when all are opaque. Says what went wrong; empty
+/// when nothing did.
+std::string write_png(const PixelView& pixels, const char* path);
+
+}  // namespace cocoa
