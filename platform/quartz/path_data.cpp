@@ -1,7 +1,5 @@
 #include "quartz/path_data.h"
 
-#include <agg_curves.h>
-
 #include <numbers>
 
 namespace cocoa {
@@ -231,18 +229,24 @@ bool PathData::is_box() const {
 
 namespace {
 
+/// In equal steps: of as many that none of the lines is further from the curve than the tolerance.
 void add_curve(Lines& lines, DevicePoint from, const DevicePoint* p) {
-  // Of the distance that the generator measures an arc strays by three eighths: by 0.005 of a pixel at most.
-  constexpr double scale = 40;
-  agg::curve4_div curve;
-  curve.approximation_scale(scale);
-  curve.init(from.x, from.y, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
-  double x = 0;
-  double y = 0;
-  for (unsigned command = curve.vertex(&x, &y); !agg::is_stop(command); command = curve.vertex(&x, &y)) {
-    if (agg::is_line_to(command))
-      lines.points.push_back({x, y});
+  constexpr double tolerance = 0.004;
+  constexpr double most_steps = 4096;
+  const double bend = std::max(std::hypot(from.x - 2 * p[0].x + p[1].x, from.y - 2 * p[0].y + p[1].y),
+                               std::hypot(p[0].x - 2 * p[1].x + p[2].x, p[0].y - 2 * p[1].y + p[2].y));
+  const double steps = std::clamp(std::ceil(std::sqrt(0.75 * bend / tolerance)), 1.0, most_steps);
+  for (double i = 1; i < steps; ++i) {
+    const double t = i / steps;
+    const double u = 1 - t;
+    const double a = u * u * u;
+    const double b = 3 * u * u * t;
+    const double c = 3 * u * t * t;
+    const double d = t * t * t;
+    lines.points.push_back({a * from.x + b * p[0].x + c * p[1].x + d * p[2].x,
+                            a * from.y + b * p[0].y + c * p[1].y + d * p[2].y});
   }
+  lines.points.push_back(p[2]);
 }
 
 }  // namespace

@@ -50,6 +50,8 @@ class CastShape {
       return;
     }
     for (int x = 0; x < width; ++x) {
+      if (!colors.is_one && colors.first[x].is_nothing())
+        continue;
       const uint32_t covered = coverage ? coverage[x] : 255;
       // In 65280ths, as the colours have it.
       const uint32_t above = covered * colors.first[colors.is_one ? 0 : x].channel[alpha] / 255;
