@@ -87,6 +87,8 @@ void XClient::press(int button) {
 }
 void XClient::release(int button) {
   fake(XCB_BUTTON_RELEASE, button);
+  if (managed_)
+    wait_for_manager();
 }
 void XClient::click(int button) {
   press(button);

@@ -28,7 +28,8 @@ class XClient {
   // The user's hands, through XTEST. Positions are on the screen.
   void point(int x, int y);
   /// A window manager looks at a press before a program is given it, and holds back all that comes behind:
-  /// from now on a press waits until it has let go.
+  /// from now on a press waits until it has let go. A release waits until it has let go of a window that it
+  /// moves: of the motions that it has not read yet it takes the last, were it behind the release.
   void share_with_manager() { managed_ = true; }
   /// 1 left, 2 middle, 3 right, 4 to 7 the wheel: up, down, left, right.
   void press(int button);
