@@ -85,8 +85,7 @@ class EntryOnDisplay : public EditorFixture {
   void open_entry() {
     // The middle of the left rate, a parameter from 0 to 20.
     point_at(183, 83);
-    user.click(1);
-    user.click(1);
+    user.double_click();
     ASSERT_TRUE(until([this] { return panel() && panel()->isKeyWindow(); }));
   }
   void type(std::string_view text) {

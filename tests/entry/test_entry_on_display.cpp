@@ -90,8 +90,7 @@ TEST_P(Entry, OfTwoThatWereOpenedWhileNobodyLookedOneIsLeft) {
   // So far apart that they are two double clicks and not one fourfold.
   for (const double x : {183, 153}) {
     point_at(x, 83);
-    user.click(1);
-    user.click(1);
+    user.double_click();
   }
   user.sync();
   ASSERT_TRUE(until([this] { return panel() && panel()->isKeyWindow(); }));
@@ -192,7 +191,9 @@ TEST_P(Entry, TheMouseSelectsInTheField) {
   user.point(place.x + place.width / 2, place.y + place.height / 2);
   user.click(1);
   ASSERT_TRUE(until([this] { return !field().editedText().hasSelection(); }));
-  user.click(1);
+  // So far away that it is no third click.
+  user.point(place.x + place.width / 2 - 8, place.y + place.height / 2);
+  user.double_click();
   EXPECT_TRUE(until([this] { return field().editedText().selectedText() == "12.5"; }));
 }
 
@@ -201,8 +202,7 @@ TEST_P(Entry, OpensAgainOnAnotherReadout) {
   user.type_key(key::enter);
   ASSERT_TRUE(closes());
   point_at(420, 50);
-  user.click(1);
-  user.click(1);
+  user.double_click();
   ASSERT_TRUE(until([this] { return panel() && panel()->isKeyWindow(); }));
   EXPECT_EQ(typed(), "0.5");
   type(".25");

@@ -56,8 +56,7 @@ TEST_F(Gestures, a_double_click_on_the_knob_restores_the_default) {
   host.idleFor(0.1);
   point(on_knob);
   settle();
-  user.click(1);
-  user.click(1);
+  user.double_click();
   settle();
   const auto writes = host.writes();
   ASSERT_EQ(writes.size(), 2U);

@@ -279,8 +279,7 @@ TEST_F(CleanupInside, the_end_of_a_touch_that_hide_ends) {
 TEST_F(CleanupInside, the_write_of_a_typed_number) {
   open();
   point(on_left_rate);
-  user.click(1);
-  user.click(1);
+  user.double_click();
   settle();
   ASSERT_TRUE(host.idleUntil([this] { return user.focused() != parent && user.focused() != user.root(); }));
   host.on_write = [this](uint32_t, float) { host.close(); };

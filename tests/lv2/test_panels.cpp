@@ -34,8 +34,7 @@ class Panels : public HostTest {
   xcb_window_t open_entry(Place readout) {
     point(readout);
     settle();
-    user.click(1);
-    user.click(1);
+    user.double_click();
     EXPECT_TRUE(host.idleUntil([this] { return panels().size() == 1; }));
     const auto opened = panels();
     const xcb_window_t entry = opened.empty() ? xcb_window_t{XCB_WINDOW_NONE} : opened.front();

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "x_server.h"
 
@@ -71,13 +72,19 @@ void XClient::sync() {
       xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
-void XClient::fake(int type, int detail, int x, int y) {
+void XClient::send(int type, int detail, int x, int y) {
   xcb_test_fake_input(connection_, static_cast<uint8_t>(type), static_cast<uint8_t>(detail), XCB_CURRENT_TIME,
                       root_, static_cast<int16_t>(x), static_cast<int16_t>(y), 0);
+}
+
+void XClient::fake(int type, int detail, int x, int y) {
+  send(type, detail, x, y);
   sync();
 }
 
 void XClient::point(int x, int y) {
+  if (managed_ && std::exchange(released_, false))
+    wait_for_manager();
   fake(XCB_MOTION_NOTIFY, 0, x, y);
 }
 void XClient::press(int button) {
@@ -87,12 +94,21 @@ void XClient::press(int button) {
 }
 void XClient::release(int button) {
   fake(XCB_BUTTON_RELEASE, button);
-  if (managed_)
-    wait_for_manager();
+  released_ = true;
 }
 void XClient::click(int button) {
   press(button);
   release(button);
+}
+void XClient::double_click(int button) {
+  if (managed_) {
+    click(button);
+    return click(button);
+  }
+  // In one go: a test that is not given the processor in between would click twice.
+  for (const int type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
+    send(type, button);
+  sync();
 }
 void XClient::press_key(xcb_keysym_t keysym) {
   fake(XCB_KEY_PRESS, keycode_of(keysym));

@@ -28,13 +28,15 @@ class XClient {
   // The user's hands, through XTEST. Positions are on the screen.
   void point(int x, int y);
   /// A window manager looks at a press before a program is given it, and holds back all that comes behind:
-  /// from now on a press waits until it has let go. A release waits until it has let go of a window that it
-  /// moves: of the motions that it has not read yet it takes the last, were it behind the release.
+  /// from now on a press waits until it has let go. What follows a release waits until it has seen that: of
+  /// the motions that it has not read yet a manager that moves a window takes the last, be it behind the
+  /// release.
   void share_with_manager() { managed_ = true; }
   /// 1 left, 2 middle, 3 right, 4 to 7 the wheel: up, down, left, right.
   void press(int button);
   void release(int button);
   void click(int button);
+  void double_click(int button = 1);
   void press_key(xcb_keysym_t keysym);
   void release_key(xcb_keysym_t keysym);
   void type_key(xcb_keysym_t keysym);
@@ -90,6 +92,7 @@ class XClient {
   int descriptor() const { return xcb_get_file_descriptor(connection_); }
 
  private:
+  void send(int type, int detail, int x = 0, int y = 0);
   void fake(int type, int detail, int x = 0, int y = 0);
   int keycode_of(xcb_keysym_t keysym);
   std::string name_of(xcb_atom_t atom);
@@ -98,6 +101,7 @@ class XClient {
   xcb_window_t root_ = 0;
   uint32_t pings_ = 0;
   bool managed_ = false;
+  bool released_ = false;  ///< a button, since the pointer was moved
 };
 
 }  // namespace test_support

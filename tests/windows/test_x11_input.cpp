@@ -94,8 +94,7 @@ TEST_P(X11Input, TellsOfARowOfMotionsTheLastWithTheWholeWay) {
 TEST_P(X11Input, CountsClicks) {
   open();
   user.point(150, 100);
-  user.click(1);
-  user.click(1);
+  user.double_click();
   user.click(3);
   user.point(190, 100);
   user.click(3);

@@ -100,6 +100,7 @@ class ManagedX11Test : public X11Test {
     X11Test::SetUp();
     manager = std::make_unique<test_support::WindowManager>(server.display());
     ASSERT_TRUE(manager->started());
+    user.share_with_manager();
   }
   std::unique_ptr<test_support::WindowManager> manager;
 };
