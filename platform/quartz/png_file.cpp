@@ -1,8 +1,14 @@
 #include "quartz/png_file.h"
 
+#include <fcntl.h>
 #include <png.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <span>
 #include <vector>
 
 namespace cocoa {
@@ -40,6 +46,25 @@ bool is_opaque(const PixelView& pixels) {
   return true;
 }
 
+/// libpng's own writing would remove the file after an error, be it a FIFO or a device of somebody else's.
+bool write_file(std::span<const uint8_t> bytes, const char* path) {
+  const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (descriptor < 0)
+    return false;
+  while (!bytes.empty()) {
+    // A signal is to end the waiting for a FIFO's reader: it must not be lost on a write that was half done.
+    const ssize_t count = write(descriptor, bytes.data(), std::min<size_t>(bytes.size(), PIPE_BUF));
+    if (count < 0) {
+      const int error = errno;
+      close(descriptor);
+      errno = error;
+      return false;
+    }
+    bytes = bytes.subspan(static_cast<size_t>(count));
+  }
+  return close(descriptor) == 0;
+}
+
 }  // namespace
 
 std::string write_png(const PixelView& pixels, const char* path) {
@@ -53,8 +78,12 @@ std::string write_png(const PixelView& pixels, const char* path) {
   image.width = static_cast<png_uint_32>(pixels.bounds.width());
   image.height = static_cast<png_uint_32>(pixels.bounds.height());
   image.format = with_alpha ? PNG_FORMAT_BGRA : PNG_FORMAT_BGR;
-  const bool written = png_image_write_to_file(&image, path, 0, channels.data(), 0, nullptr) != 0;
-  return written ? std::string() : image.message;
+  png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+  std::vector<uint8_t> bytes(size);
+  if (png_image_write_to_memory(&image, bytes.data(), &size, 0, channels.data(), 0, nullptr) == 0)
+    return image.message;
+  bytes.resize(size);
+  return write_file(bytes, path) ? std::string() : std::strerror(errno);
 }
 
 }  // namespace cocoa

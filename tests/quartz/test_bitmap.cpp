@@ -96,5 +96,17 @@ TEST(Bitmap, WritesPictures) {
   EXPECT_NE(log.lines.front().find("No such file or directory"), std::string::npos) << log.lines.front();
 }
 
+TEST(Bitmap, RemovesNothingThatItCannotWriteTo) {
+  const std::filesystem::path link = testing::TempDir() + "quartz_full_device.png";
+  std::filesystem::remove(link);
+  std::filesystem::create_symlink("/dev/full", link);
+  Canvas canvas(5, 4);
+  Log log;
+  EXPECT_FALSE(CGBitmapContextWritePNG(canvas.context(), link.c_str()));
+  ASSERT_EQ(log.lines.size(), 1U);
+  EXPECT_NE(log.lines.front().find("No space left on device"), std::string::npos) << log.lines.front();
+  EXPECT_TRUE(std::filesystem::remove(link)) << "it is still there";
+}
+
 }  // namespace
 }  // namespace cocoa
