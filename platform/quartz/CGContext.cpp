@@ -37,10 +37,8 @@ CGContext::CGContext(const PixelView& bitmap, double device_pixels_a_point) : sc
   const PixelBounds& bounds = bitmap.bounds;
   base = {scale, 0, 0, -scale, 0, static_cast<double>(bounds.height())};
   Target target{{}, bitmap, {}, 0};
-  if (!bitmap.data) {
-    target.memory = lend(bounds);
-    target.pixels.data = target.memory.data();
-  }
+  if (!bitmap.data)
+    target.allocate();
   targets.push_back(std::move(target));
   GraphicsState first;
   first.ctm = base;

@@ -30,10 +30,8 @@ Coverage CGContext::stroke_coverage(const PathData& shape) {
 
 const PixelView& CGContext::pixels() {
   Target& layer = target();
-  if (!layer.pixels.data) {
-    layer.memory = lend(layer.pixels.bounds);
-    layer.pixels.data = layer.memory.data();
-  }
+  if (!layer.pixels.data)
+    layer.allocate();
   return layer.pixels;
 }
 

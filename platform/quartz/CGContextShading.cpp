@@ -10,7 +10,7 @@ void CGContextDrawShading(CGContextRef context, CGShadingRef shading) {
     return;
   const GraphicsState& state = context->state();
   ShadingSource source(*shading, state.ctm, state.alpha, area, context->shading_table);
-  context->draw(box_coverage(area), source);
+  context->draw(box_coverage(source.painted()), source);
 }
 
 }  // namespace cocoa

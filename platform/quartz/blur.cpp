@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "quartz/coverage.h"
+
 namespace cocoa {
 
 namespace {
@@ -58,49 +60,51 @@ Kernel kernel_for(double radius, double shift) {
 /// Pixels are treated by strips of this many: most of those around an outline are empty.
 constexpr int strip = 32;
 
-/// 8 bits and 8 more.
+using Strip = std::array<uint16_t, strip>;  ///< 8 bits and 8 more
+
+/// Strips of all rows, and which of them have anything in them.
 class Plane {
  public:
   Plane(int width, int height)
       : strips_((width + strip - 1) / strip),
-        stride_(strips_ * strip),
-        values_(static_cast<size_t>(stride_) * static_cast<size_t>(height)),
-        used_(static_cast<size_t>(strips_) * static_cast<size_t>(height)) {}
+        height_(height),
+        values_(static_cast<size_t>(strips_) * static_cast<size_t>(height)),
+        used_(values_.size()) {}
 
   int strips() const { return strips_; }
-  uint16_t* at(int x, int y) { return values_.data() + static_cast<ptrdiff_t>(y) * stride_ + x; }
-  /// Whether a strip of a row has anything in it.
-  uint8_t& used(int index, int y) { return used_[static_cast<size_t>(y * strips_ + index)]; }
+  int height() const { return height_; }
+  /// To add to.
+  Strip& use(int index, int y) {
+    used_[at(index, y)] = 1;
+    return values_[at(index, y)];
+  }
+  /// Null when it is empty.
+  const Strip* find(int index, int y) const { return used_[at(index, y)] ? &values_[at(index, y)] : nullptr; }
 
  private:
+  size_t at(int index, int y) const { return static_cast<size_t>(y * strips_ + index); }
+
   int strips_;
-  int stride_;
-  std::vector<uint16_t> values_;
+  int height_;
+  std::vector<Strip> values_;
   std::vector<uint8_t> used_;
 };
 
-void add_part(uint16_t* to, const uint16_t* from, uint16_t weight, int count) {
-  for (int i = 0; i < count; ++i)
+void add_part(Strip& to, const uint16_t* from, uint16_t weight) {
+  for (size_t i = 0; i < to.size(); ++i)
     to[i] = static_cast<uint16_t>(to[i] + (static_cast<uint32_t>(from[i]) * weight >> 16));
 }
 
-bool is_empty(const uint16_t* values, int count) {
-  uint32_t any = 0;
-  for (int i = 0; i < count; ++i)
-    any |= values[i];
-  return any == 0;
-}
-
-/// Sums up the row's neighbours along it. `row` has room for as many pixels as the kernel has on both sides.
-void blur_along(const std::vector<uint16_t>& row, const Kernel& kernel, Plane& to, int y) {
-  const auto taps = static_cast<int>(kernel.weights.size());
-  for (int index = 0; index < to.strips(); ++index) {
-    const uint16_t* from = row.data() + index * strip;
-    if (is_empty(from, strip + taps - 1))
-      continue;
-    to.used(index, y) = 1;
-    for (int k = 0; k < taps; ++k)
-      add_part(to.at(index * strip, y), from + k, kernel.weights[static_cast<size_t>(k)], strip);
+/// Spreads a strip of a row. `around` begins as far before it as the kernel reaches.
+void blur_strip(const uint16_t* around, const Kernel& across, const Kernel& down, Plane& plane, int index,
+                int y) {
+  Strip sum{};
+  for (size_t k = 0; k < across.weights.size(); ++k)
+    add_part(sum, around + k, across.weights[k]);
+  for (size_t k = 0; k < down.weights.size(); ++k) {
+    const int to = y + down.before - static_cast<int>(k);
+    if (to >= 0 && to < plane.height())
+      add_part(plane.use(index, to), sum.data(), down.weights[k]);
   }
 }
 
@@ -115,33 +119,41 @@ std::vector<uint8_t> blurred(const std::vector<uint8_t>& coverage, PixelBounds b
                              const Blur& blur) {
   const Kernel across = kernel_for(blur.radius, blur.shift_x);
   const Kernel down = kernel_for(blur.radius, blur.shift_y);
-  Plane plane(wanted.width(), bounds.height());
+  const auto reach = static_cast<int>(down.weights.size()) - 1 - down.before;
+  Plane plane(wanted.width(), wanted.height());
   // The row from as far before the first pixel that is wanted as the kernel reaches.
   const auto taps = static_cast<int>(across.weights.size());
   const PixelBounds used{wanted.x0 - across.before, 0,
                          wanted.x0 - across.before + plane.strips() * strip + taps, 1};
   const PixelBounds loaded = intersection({bounds.x0, 0, bounds.x1, 1}, used);
   std::vector<uint16_t> row(static_cast<size_t>(used.width()));
-  for (int y = 0; y < bounds.height(); ++y) {
+  for (int y = std::max(bounds.y0, wanted.y0 - down.before); y < std::min(bounds.y1, wanted.y1 + reach);
+       ++y) {
     const uint8_t* from =
-        coverage.data() + static_cast<ptrdiff_t>(y) * bounds.width() + (loaded.x0 - bounds.x0);
-    std::transform(from, from + std::max(loaded.width(), 0), row.data() + (loaded.x0 - used.x0),
-                   [](uint8_t v) { return static_cast<uint16_t>(v << 8); });
-    blur_along(row, across, plane, y);
+        coverage.data() + static_cast<ptrdiff_t>(y - bounds.y0) * bounds.width() + (loaded.x0 - bounds.x0);
+    const auto count = static_cast<size_t>(std::max(loaded.width(), 0));
+    if (first_covered(from, from + count) == from + count)
+      continue;
+    uint16_t* const to = row.data() + (loaded.x0 - used.x0);
+    std::transform(from, from + count, to, [](uint8_t v) { return static_cast<uint16_t>(v << 8); });
+    int done = 0;
+    for_covered(from, count, [&](const uint8_t* first, const uint8_t* last) {
+      const auto begin = static_cast<int>(first - from) + loaded.x0 - used.x0 - taps + 1;
+      const auto end = static_cast<int>(last - from) + loaded.x0 - used.x0;
+      const int strips = std::min((end + strip - 1) / strip, plane.strips());
+      for (int index = std::max(begin / strip, done); index < strips; ++index)
+        blur_strip(row.data() + index * strip, across, down, plane, index, y - wanted.y0);
+      done = std::max(done, strips);
+    });
   }
   const auto width = static_cast<size_t>(wanted.width());
   std::vector<uint8_t> result(width * static_cast<size_t>(wanted.height()));
-  uint8_t* to = result.data();
-  for (int y = wanted.y0; y < wanted.y1; ++y, to += width) {
+  for (int y = 0; y < wanted.height(); ++y) {
     for (int index = 0; index < plane.strips(); ++index) {
-      std::array<uint16_t, strip> sum{};
-      for (size_t k = 0; k < down.weights.size(); ++k) {
-        const int from = y - bounds.y0 - down.before + static_cast<int>(k);
-        if (from >= 0 && from < bounds.height() && plane.used(index, from))
-          add_part(sum.data(), plane.at(index * strip, from), down.weights[k], strip);
-      }
       const int x = index * strip;
-      std::transform(sum.begin(), sum.begin() + std::min(strip, wanted.width() - x), to + x, byte_of);
+      if (const Strip* const sum = plane.find(index, y))
+        std::transform(sum->begin(), sum->begin() + std::min(strip, wanted.width() - x),
+                       result.data() + static_cast<size_t>(y) * width + x, byte_of);
     }
   }
   return result;

@@ -125,8 +125,8 @@ uint16_t fine(double value) {
   return static_cast<uint16_t>(value * FineColor::full + 0.5);  // NOLINT(bugprone-incorrect-roundings)
 }
 
-/// Rows of the area in turn, with what both coverages leave of them: `work(y, x0, x1, coverage)`, where the
-/// coverage begins at x0 and is null for all.
+/// Parts of the rows of the area in turn, with what both coverages leave of them: `work(y, x0, x1,
+/// coverage)`, where the coverage begins at x0 and is null for all.
 template <typename Work>
 void for_rows(PixelBounds area, const Coverage& shape, const Coverage& clip, const Work& work) {
   area = intersection(area, intersection(shape.bounds, clip.bounds));
@@ -139,20 +139,17 @@ void for_rows(PixelBounds area, const Coverage& shape, const Coverage& clip, con
       work(y, area.x0, area.x1, nullptr);
       continue;
     }
-    const uint8_t* coverage = (shape.bytes ? shape : clip).at(area.x0, y);
-    if (shape.bytes && clip.bytes) {
-      both.assign(coverage, coverage + width);
-      multiply(both.data(), clip.at(area.x0, y), width);
-      coverage = both.data();
-    }
-    const auto is_covered = [](uint8_t v) { return v != 0; };
-    const uint8_t* first = std::find_if(coverage, coverage + width, is_covered);
-    const uint8_t* last = coverage + width;
-    if (first == last)
-      continue;
-    while (last[-1] == 0)
-      --last;
-    work(y, area.x0 + static_cast<int>(first - coverage), area.x0 + static_cast<int>(last - coverage), first);
+    const uint8_t* const row = (shape.bytes ? shape : clip).at(area.x0, y);
+    for_covered(row, width, [&](const uint8_t* first, const uint8_t* last) {
+      const int x0 = area.x0 + static_cast<int>(first - row);
+      const int x1 = area.x0 + static_cast<int>(last - row);
+      if (shape.bytes && clip.bytes) {
+        both.assign(first, last);
+        multiply(both.data(), clip.at(x0, y), both.size());
+        first = both.data();
+      }
+      work(y, x0, x1, first);
+    });
   }
 }
 
@@ -181,8 +178,22 @@ Colors PictureSource::row(int y, int x0, int x1) {
   return {colors_.data(), false};
 }
 
+Coverage coloured(const PixelView& pixels, const PixelBounds& area) {
+  const auto width = static_cast<size_t>(area.width());
+  std::vector<uint8_t> bytes(width * static_cast<size_t>(area.height()));
+  uint8_t* to = bytes.data();
+  for (int y = area.y0; y < area.y1; ++y, to += width) {
+    const uint32_t* row = pixels.at(area.x0, y);
+    for (size_t i = 0; i < width; ++i)
+      to[i] = row[i] != 0 ? 255 : 0;
+  }
+  return byte_coverage(area, std::move(bytes));
+}
+
 void blend_row(uint32_t* pixels, size_t count, const Colors& colors, const uint8_t* coverage) {
-  if (!colors.is_one) {
+  if (colors.pixels && !coverage) {
+    std::copy_n(colors.pixels, count, pixels);
+  } else if (!colors.is_one) {
     coverage ? blend<false, true>(pixels, count, colors.first, coverage)
              : blend<false, false>(pixels, count, colors.first, nullptr);
   } else if (colors.first->is_nothing()) {

@@ -35,6 +35,8 @@ FineColor fine_color(const Rgba& color, double alpha);
 struct Colors {
   const FineColor* first;
   bool is_one;  ///< the first stands for all
+  /// The same as pixels, which must be opaque, or null.
+  const uint32_t* pixels = nullptr;
 };
 
 /// Where colours come from. It knows nothing of shapes.
@@ -78,6 +80,9 @@ class PictureSource : public Source {
   uint32_t transparency_;  ///< of 65535
   std::vector<FineColor> colors_;
 };
+
+/// Covers all pixels of the area that have any colour.
+Coverage coloured(const PixelView& pixels, const PixelBounds& area);
 
 /// Paints each pixel over the one below: the colour by the coverage, which is everywhere when it is null, and
 /// the pixel by what the colour leaves. The result is within 0.51 of 255 of the exact one, exact where

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -48,12 +50,28 @@ struct GraphicsState {
   ShadowState shadow;
 };
 
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
 /// What is drawn on: the bitmap, or a transparency layer, which has no pixels until something is drawn on it.
 struct Target {
-  std::vector<uint32_t> memory;  ///< of a layer, or a bitmap that nobody brought memory for
-  PixelView pixels;              ///< its bounds are the part of the bitmap that it stands for
-  PixelBounds painted;           ///< nothing was drawn outside of it
-  size_t first_state = 0;        ///< states up to it belong to the targets below
+  /// Of a layer, or a bitmap that nobody brought memory for.
+  std::unique_ptr<uint32_t, FreeMemory> memory;
+  PixelView pixels;        ///< its bounds are the part of the bitmap that it stands for
+  PixelBounds painted;     ///< nothing was drawn outside of it
+  size_t first_state = 0;  ///< states up to it belong to the targets below
+
+  /// Gives it pixels without colour.
+  void allocate() {
+    const PixelBounds& bounds = pixels.bounds;
+    // Of fresh memory nothing is touched where nothing is drawn.
+    memory.reset(static_cast<uint32_t*>(std::calloc(
+        static_cast<size_t>(bounds.width()) * static_cast<size_t>(bounds.height()), sizeof(uint32_t))));
+    if (!memory)
+      std::abort();
+    pixels.data = memory.get();
+  }
 };
 
 /// A shape and what fills it.
@@ -101,10 +119,6 @@ struct CGContext : Counted {
   PathData path;
   ShadingTable shading_table;
 
-  /// Pixels without colour, in memory that was given back before if possible.
-  std::vector<uint32_t> lend(PixelBounds bounds);
-  void give_back(std::vector<uint32_t> memory);
-
  private:
   Coverage outline_coverage(FillRule rule);
   void cast_shadow(std::span<const Part> parts);
@@ -113,7 +127,6 @@ struct CGContext : Counted {
   Lines lines_;
   Polygon outline_;
   CoverageCache coverage_;
-  std::vector<std::vector<uint32_t>> spare_;
 };
 
 const PathData& path_data_of(const CGPath& path);

@@ -1,6 +1,7 @@
 #include "quartz/coverage.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 namespace cocoa {
@@ -51,6 +52,22 @@ void multiply(uint8_t* coverage, const uint8_t* by, size_t count) {
   }
 }
 
+const uint8_t* first_covered(const uint8_t* coverage, const uint8_t* last) {
+  std::array<uint64_t, 4> words{};
+  for (; last - coverage >= ptrdiff_t{sizeof words}; coverage += sizeof words) {
+    std::memcpy(words.data(), coverage, sizeof words);
+    if ((words[0] | words[1] | words[2] | words[3]) != 0)
+      break;
+  }
+  uint64_t word = 0;
+  for (; last - coverage >= ptrdiff_t{sizeof word}; coverage += sizeof word) {
+    std::memcpy(&word, coverage, sizeof word);
+    if (word != 0)
+      break;
+  }
+  return std::find_if(coverage, last, [](uint8_t v) { return v != 0; });
+}
+
 size_t CoverageCache::Entry::bytes() const {
   return sizeof(Entry) + coverage.bytes->size() + shape.points().size() * sizeof(DevicePoint);
 }
@@ -90,14 +107,14 @@ namespace {
 void trim(Coverage& coverage) {
   const PixelBounds all = coverage.bounds;
   PixelBounds covered{all.x1, all.y1, all.x0, all.y0};
-  const auto is_covered = [](uint8_t v) { return v != 0; };
   for (int y = all.y0; y < all.y1; ++y) {
     const uint8_t* row = coverage.at(all.x0, y);
     const uint8_t* last = row + all.width();
-    const uint8_t* left = std::find_if(row, last, is_covered);
+    // Only what widens the box matters of a row.
+    const uint8_t* left = first_covered(row, last);
     if (left == last)
       continue;
-    while (!is_covered(last[-1]))
+    while (last[-1] == 0)
       --last;
     covered.x0 = std::min(covered.x0, all.x0 + static_cast<int>(left - row));
     covered.x1 = std::max(covered.x1, all.x0 + static_cast<int>(last - row));

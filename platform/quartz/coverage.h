@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -42,6 +43,29 @@ Coverage intersection(const Coverage& a, const Coverage& b);
 
 /// Multiplies coverage, of 255, to the nearest.
 void multiply(uint8_t* coverage, const uint8_t* by, size_t count);
+
+/// The first byte that is not 0, or `last`.
+const uint8_t* first_covered(const uint8_t* coverage, const uint8_t* last);
+
+/// Calls `use(first, last)` with each part of the coverage around what is covered, in turn. Long gaps lie
+/// between parts.
+template <typename Use>
+void for_covered(const uint8_t* coverage, size_t count, const Use& use) {
+  const uint8_t* const end = coverage + count;
+  for (const uint8_t* first = first_covered(coverage, end); first < end;) {
+    const uint8_t* last = first;
+    uint64_t word = 1;
+    for (; word != 0 && end - last >= ptrdiff_t{sizeof word}; last += sizeof word)
+      std::memcpy(&word, last, sizeof word);
+    const uint8_t* const next = word != 0 ? end : first_covered(last, end);
+    if (word != 0)
+      last = end;
+    while (last[-1] == 0)
+      --last;
+    use(first, last);
+    first = next;
+  }
+}
 
 /// Coverage of shapes that may come again, those used last, wherever they come in whole pixels.
 class CoverageCache {

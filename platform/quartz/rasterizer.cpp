@@ -135,22 +135,35 @@ void Rasterizer::write_row(uint8_t* out) {
 #if defined(__SSE2__)
   const __m128i half = _mm_set1_epi32(nearest);
   __m128i before = _mm_setzero_si128();
-  for (; x + 4 <= width; x += 4) {
-    auto* const four = reinterpret_cast<__m128i*>(cells + x);
-    __m128i sums = _mm_loadu_si128(four);
-    if (_mm_movemask_epi8(_mm_cmpeq_epi32(sums, _mm_setzero_si128())) == 0xFFFF) {
-      sums = before;
-    } else {
-      _mm_storeu_si128(four, _mm_setzero_si128());
-      sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 4));
-      sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 8));
-      sums = _mm_add_epi32(sums, before);
-      before = _mm_shuffle_epi32(sums, 0xFF);
+  const auto load = [cells](int at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(cells + at)); };
+  const auto is_zero = [](__m128i v) {
+    return _mm_movemask_epi8(_mm_cmpeq_epi32(v, _mm_setzero_si128())) == 0xFFFF;
+  };
+  while (x + 4 <= width) {
+    // Most of a row lies between edges.
+    constexpr int many = 16;
+    if (x + many <= width &&
+        is_zero(_mm_or_si128(_mm_or_si128(load(x), load(x + 4)), _mm_or_si128(load(x + 8), load(x + 12))))) {
+      std::memset(out + x, (_mm_cvtsi128_si32(before) + nearest) >> one_bits, many);
+      x += many;
+      continue;
     }
-    const __m128i levels = _mm_srli_epi32(_mm_add_epi32(sums, half), one_bits);
-    const __m128i words = _mm_packs_epi32(levels, levels);
-    const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
-    std::memcpy(out + x, &bytes, sizeof bytes);
+    for (const int end = std::min(x + many, width - width % 4); x < end; x += 4) {
+      __m128i sums = load(x);
+      if (is_zero(sums)) {
+        sums = before;
+      } else {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(cells + x), _mm_setzero_si128());
+        sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 4));
+        sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 8));
+        sums = _mm_add_epi32(sums, before);
+        before = _mm_shuffle_epi32(sums, 0xFF);
+      }
+      const __m128i levels = _mm_srli_epi32(_mm_add_epi32(sums, half), one_bits);
+      const __m128i words = _mm_packs_epi32(levels, levels);
+      const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+      std::memcpy(out + x, &bytes, sizeof bytes);
+    }
   }
   sum = _mm_cvtsi128_si32(before);
 #endif

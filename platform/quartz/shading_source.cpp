@@ -22,7 +22,7 @@ uint32_t rounded(double value) {
 
 ShadingSource::ShadingSource(const CGShading& shading, const Matrix& to_device, double alpha,
                              PixelBounds area, ShadingTable& table)
-    : shading_(shading), alpha_(alpha), table_(table) {
+    : shading_(shading), alpha_(alpha), table_(table), painted_(area) {
   const auto to_user = inverse(to_device);
   if (!to_user)
     return;
@@ -30,15 +30,16 @@ ShadingSource::ShadingSource(const CGShading& shading, const Matrix& to_device, 
   if (shading.radial) {
     prepare_radial();
   } else {
-    prepare_axial(area);
+    prepare_axial();
   }
-  if (kind_ == Kind::axial || kind_ == Kind::radial) {
+  if (kind_ == Kind::axial || kind_ == Kind::rings || kind_ == Kind::radial) {
     table_.colors.resize(table_steps + 1);
     table_.known.assign(table_steps + 1, 0);
   }
 }
 
-void ShadingSource::prepare_axial(PixelBounds area) {
+void ShadingSource::prepare_axial() {
+  const PixelBounds area = painted_;
   const auto x0 = static_cast<double>(shading_.start.x);
   const auto y0 = static_cast<double>(shading_.start.y);
   const double dx = static_cast<double>(shading_.end.x) - x0;
@@ -58,6 +59,7 @@ void ShadingSource::prepare_axial(PixelBounds area) {
     first_ = area.x0;
     // A pixel that an end cuts is painted whole, in the colour of the end.
     prepare_line(first_ + 0.5, area.width(), std::abs(slope_x_) * less_than_half_a_pixel);
+    prepare_columns();
   } else if (std::abs(std::abs(slope_x_) - std::abs(slope_y_)) < negligible) {
     kind_ = Kind::by_diagonal;
     direction_ = slope_x_ * slope_y_ > 0 ? 1 : -1;
@@ -76,7 +78,7 @@ void ShadingSource::prepare_radial() {
   half_a_pixel_ = less_than_half_a_pixel * std::sqrt(std::abs(to_user_.determinant()));
   const bool same_circle = dx_ == 0 && dy_ == 0 && dr_ == 0;
   if (!same_circle && std::isfinite(a_) && std::isfinite(shading_.start_radius))
-    kind_ = Kind::radial;
+    kind_ = dx_ == 0 && dy_ == 0 ? Kind::rings : Kind::radial;
 }
 
 bool ShadingSource::place(double& t, double beyond) const {
@@ -107,13 +109,43 @@ void ShadingSource::prepare_line(double first, int count, double beyond) {
     colors_.push_back(color_or_nothing((first + i) * slope_x_ + offset_, beyond));
 }
 
-FineColor ShadingSource::table_color(double t) {
-  const auto i = size_t{rounded(t * table_steps)};
-  if (!table_.known[i]) {
-    table_.colors[i] = color(static_cast<double>(i) / table_steps);
-    table_.known[i] = 1;
+void ShadingSource::prepare_columns() {
+  const auto is_painted = [](const FineColor& c) { return !c.is_nothing(); };
+  const auto first = std::find_if(colors_.begin(), colors_.end(), is_painted);
+  if (first == colors_.end()) {
+    kind_ = Kind::nothing;
+    painted_ = {};
+    return;
   }
+  const auto last = std::find_if(colors_.rbegin(), colors_.rend(), is_painted).base();
+  painted_.x0 = first_ + static_cast<int>(first - colors_.begin());
+  painted_.x1 = first_ + static_cast<int>(last - colors_.begin());
+  if (!std::all_of(first, last, [](const FineColor& c) { return c.is_opaque(); }))
+    return;
+  pixels_.reserve(colors_.size());
+  for (const FineColor& c : colors_)
+    pixels_.push_back(c.pixel());
+}
+
+void ShadingSource::add_to_table(size_t i) {
+  table_.colors[i] = color(static_cast<double>(i) / table_steps);
+  table_.known[i] = 1;
+}
+
+inline const FineColor& ShadingSource::table_color(double t) {
+  const auto i = size_t{rounded(t * table_steps)};
+  if (!table_.known[i])
+    add_to_table(i);
   return table_.colors[i];
+}
+
+template <typename Outside>
+void ShadingSource::color_places(const Outside& outside) {
+  for (size_t i = 0; i < places_.size(); ++i) {
+    double t = places_[i];
+    const bool is_painted = (t >= 0 && t <= 1) || outside(static_cast<int>(i), t);
+    colors_[i] = is_painted ? table_color(t) : nothing;
+  }
 }
 
 bool ShadingSource::radial_place(double x, double y, double& t) const {
@@ -122,11 +154,6 @@ bool ShadingSource::radial_place(double x, double y, double& t) const {
   const double px = x - static_cast<double>(shading_.start.x);
   const double py = y - static_cast<double>(shading_.start.y);
   const double r0 = shading_.start_radius;
-  if (dx_ == 0 && dy_ == 0) {
-    // Circles around one centre: the one through the point.
-    t = (std::sqrt(px * px + py * py) - r0) / dr_;
-    return place(t) || is_at_an_end(px, py, t);
-  }
   const double b = px * dx_ + py * dy_ + r0 * dr_;
   const double c = px * px + py * py - r0 * r0;
   const auto shows = [&](double root) {
@@ -163,10 +190,31 @@ bool ShadingSource::is_at_an_end(double px, double py, double& t) const {
 
 void ShadingSource::fill_axial(int y, int x0, int x1) {
   const double start = slope_y_ * (y + 0.5) + offset_;
-  for (int x = x0; x < x1; ++x) {
-    double t = slope_x_ * (x + 0.5) + start;
-    colors_[static_cast<size_t>(x - x0)] = place(t) ? table_color(t) : nothing;
+  for (int x = x0; x < x1; ++x)
+    places_[static_cast<size_t>(x - x0)] = slope_x_ * (x + 0.5) + start;
+  color_places([this](int, double& t) { return place(t); });
+}
+
+/// Circles around one centre: the place is that of the one through the point.
+void ShadingSource::fill_rings(int y, int x0, int x1) {
+  const Matrix to_user = to_user_;
+  const auto center_x = static_cast<double>(shading_.start.x);
+  const auto center_y = static_cast<double>(shading_.start.y);
+  const auto from_center = [&](int x) {
+    const DevicePoint p = to_user.apply(x + 0.5, y + 0.5);
+    return DevicePoint{p.x - center_x, p.y - center_y};
+  };
+  const double r0 = shading_.start_radius;
+  const double dr = dr_;
+  double* const places = places_.data();
+  for (int i = 0; i < x1 - x0; ++i) {
+    const DevicePoint p = from_center(x0 + i);
+    places[i] = (std::sqrt(p.x * p.x + p.y * p.y) - r0) / dr;
   }
+  color_places([&](int i, double& t) {
+    const DevicePoint p = from_center(x0 + i);
+    return place(t) || is_at_an_end(p.x, p.y, t);
+  });
 }
 
 void ShadingSource::fill_radial(int y, int x0, int x1) {
@@ -184,12 +232,18 @@ FineColor ShadingSource::row_color(int y) const {
 Colors ShadingSource::row(int y, int x0, int x1) {
   switch (kind_) {
     case Kind::by_column:
+      return {colors_.data() + (x0 - first_), false,
+              pixels_.empty() ? nullptr : pixels_.data() + (x0 - first_)};
     case Kind::by_diagonal:
       return {colors_.data() + (x0 + direction_ * y - first_), false};
     case Kind::axial:
+    case Kind::rings:
     case Kind::radial:
       colors_.resize(std::max(colors_.size(), static_cast<size_t>(x1 - x0)));
-      kind_ == Kind::axial ? fill_axial(y, x0, x1) : fill_radial(y, x0, x1);
+      places_.resize(static_cast<size_t>(x1 - x0));
+      kind_ == Kind::axial   ? fill_axial(y, x0, x1)
+      : kind_ == Kind::rings ? fill_rings(y, x0, x1)
+                             : fill_radial(y, x0, x1);
       return {colors_.data(), false};
     case Kind::nothing:
     case Kind::by_row:

@@ -28,24 +28,34 @@ class ShadingSource : public Source {
   ShadingSource(const CGShading& shading, const Matrix& to_device, double alpha, PixelBounds area,
                 ShadingTable& table);
   Colors row(int y, int x0, int x1) override;
+  /// The part of the area that it may paint.
+  const PixelBounds& painted() const { return painted_; }
 
  private:
-  enum class Kind { nothing, by_row, by_column, by_diagonal, axial, radial };
+  enum class Kind { nothing, by_row, by_column, by_diagonal, axial, rings, radial };
 
-  void prepare_axial(PixelBounds area);
+  void prepare_axial();
   void prepare_radial();
   /// Evaluates at `count` places along a row, from `first` on, each a pixel from the one before.
   void prepare_line(double first, int count, double beyond);
+  /// Finds what is painted of the columns.
+  void prepare_columns();
   FineColor row_color(int y) const;
   /// Whether t, as extended, or no further than `beyond` from an end, is painted; then it is brought into 0
   /// to 1.
   bool place(double& t, double beyond = 0) const;
   FineColor color(double t) const;
   FineColor color_or_nothing(double t, double beyond) const;
-  FineColor table_color(double t);
+  const FineColor& table_color(double t);
+  void add_to_table(size_t i);
+  /// Sets the colours of a row from its places. `outside(i, t)` is asked whether place i, which is not in 0
+  /// to 1, is painted, and brings it there.
+  template <typename Outside>
+  void color_places(const Outside& outside);
   bool radial_place(double x, double y, double& t) const;
   bool is_at_an_end(double px, double py, double& t) const;
   void fill_axial(int y, int x0, int x1);
+  void fill_rings(int y, int x0, int x1);
   void fill_radial(int y, int x0, int x1);
 
   const CGShading& shading_;
@@ -53,6 +63,7 @@ class ShadingSource : public Source {
   double alpha_;
   ShadingTable& table_;
   Kind kind_ = Kind::nothing;
+  PixelBounds painted_;
   // Axial: t = slope_x · x + slope_y · y + offset, in device pixels.
   double slope_x_ = 0;
   double slope_y_ = 0;
@@ -67,6 +78,8 @@ class ShadingSource : public Source {
   int direction_ = 0;
   int first_ = 0;
   std::vector<FineColor> colors_;  ///< of that line, or of the last row
+  std::vector<double> places_;     ///< t along the last row
+  std::vector<uint32_t> pixels_;   ///< by column, when all that are painted are opaque
 };
 
 }  // namespace cocoa

@@ -35,8 +35,17 @@ class CastShape {
     for (int y = from.y0; y < from.y1; ++y) {
       uint8_t* row = bytes_.data() + static_cast<ptrdiff_t>(y + dy_ - area_.y0) * area_.width() +
                      (from.x0 + dx_ - area_.x0);
-      const Colors colors = part.source.row(y, from.x0, from.x1);
-      add_row(row, colors, shape.bytes ? shape.at(from.x0, y) : nullptr, from.width());
+      if (!shape.bytes) {
+        add_row(row, part.source.row(y, from.x0, from.x1), nullptr, from.width());
+        continue;
+      }
+      const uint8_t* const coverage = shape.at(from.x0, y);
+      for_covered(
+          coverage, static_cast<size_t>(from.width()), [&](const uint8_t* first, const uint8_t* last) {
+            const auto begin = static_cast<int>(first - coverage);
+            const auto end = static_cast<int>(last - coverage);
+            add_row(row + begin, part.source.row(y, from.x0 + begin, from.x0 + end), first, end - begin);
+          });
     }
   }
 

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+
 #include "quartz/coverage.h"
 
 namespace cocoa {
@@ -89,6 +92,27 @@ TEST(Coverage, IntersectionsMultiply) {
   EXPECT_EQ(cut.bounds, (PixelBounds{1, 1, 4, 2}));
   EXPECT_EQ(cut.bytes, a.bytes);
   EXPECT_TRUE(intersection(a, box_coverage({7, 7, 9, 9})).bounds.empty());
+}
+
+TEST(Coverage, PartsHoldAllThatIsCoveredAndNoLongGaps) {
+  for (size_t length = 1; length < 100; ++length) {
+    for (size_t distance = 1; distance < 40; distance += 3) {
+      std::vector<uint8_t> bytes(length);
+      for (size_t i = length % 7; i < length; i += distance)
+        bytes[i] = 1;
+      std::vector<uint8_t> found(length);
+      const uint8_t* before = bytes.data();
+      for_covered(bytes.data(), length, [&](const uint8_t* first, const uint8_t* last) {
+        ASSERT_TRUE(before <= first && first < last && last <= bytes.data() + length);
+        ASSERT_TRUE(*first != 0 && last[-1] != 0);
+        std::copy(first, last, found.begin() + (first - bytes.data()));
+        constexpr std::array<uint8_t, 16> gap{};
+        EXPECT_EQ(std::search(first, last, gap.begin(), gap.end()), last);
+        before = last;
+      });
+      ASSERT_EQ(found, bytes) << length << " " << distance;
+    }
+  }
 }
 
 }  // namespace
