@@ -10,6 +10,9 @@ void CGContextDrawShading(CGContextRef context, CGShadingRef shading) {
     return;
   const GraphicsState& state = context->state();
   ShadingSource source(*shading, state.ctm, state.alpha, area, context->shading_table);
+  // The shadow asks for them first.
+  if (state.has_shadow)
+    source.keep_rows();
   context->draw(box_coverage(source.painted()), source);
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <memory>
 
 #include "quartz/coverage.h"
 
@@ -68,15 +69,19 @@ class Plane {
   Plane(int width, int height)
       : strips_((width + strip - 1) / strip),
         height_(height),
-        values_(static_cast<size_t>(strips_) * static_cast<size_t>(height)),
-        used_(values_.size()) {}
+        used_(static_cast<size_t>(strips_) * static_cast<size_t>(height)),
+        values_(std::make_unique_for_overwrite<Strip[]>(used_.size())) {}
 
   int strips() const { return strips_; }
   int height() const { return height_; }
   /// To add to.
   Strip& use(int index, int y) {
-    used_[at(index, y)] = 1;
-    return values_[at(index, y)];
+    const size_t i = at(index, y);
+    if (!used_[i]) {
+      used_[i] = 1;
+      values_[i].fill(0);
+    }
+    return values_[i];
   }
   /// Null when it is empty.
   const Strip* find(int index, int y) const { return used_[at(index, y)] ? &values_[at(index, y)] : nullptr; }
@@ -86,8 +91,8 @@ class Plane {
 
   int strips_;
   int height_;
-  std::vector<Strip> values_;
   std::vector<uint8_t> used_;
+  std::unique_ptr<Strip[]> values_;  ///< set where they are used
 };
 
 void add_part(Strip& to, const uint16_t* from, uint16_t weight) {

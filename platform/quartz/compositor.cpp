@@ -1,6 +1,7 @@
 #include "quartz/compositor.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -37,6 +38,8 @@ uint32_t blended(uint32_t below, const FineColor& color, uint32_t away) {
 }
 
 #if defined(__SSE2__)
+
+constexpr bool blocks = true;
 
 // Two pixels fill a register of 16-bit numbers.
 
@@ -108,6 +111,8 @@ size_t blend_blocks(uint32_t* pixels, size_t count, const FineColor* colors, con
 
 #else
 
+constexpr bool blocks = false;
+
 template <bool is_one, bool is_covered>
 size_t blend_blocks(uint32_t*, size_t, const FineColor*, const uint8_t*) {
   return 0;
@@ -117,7 +122,27 @@ size_t blend_blocks(uint32_t*, size_t, const FineColor*, const uint8_t*) {
 
 template <bool is_one, bool is_covered>
 void blend(uint32_t* pixels, size_t count, const FineColor* colors, const uint8_t* coverage) {
-  for (size_t i = blend_blocks<is_one, is_covered>(pixels, count, colors, coverage); i < count; ++i)
+  size_t i = blend_blocks<is_one, is_covered>(pixels, count, colors, coverage);
+  // Many parts of rows are short. What is left is a block too, of which the rest is not kept, unless it is
+  // one.
+  if (const size_t rest = count - i; blocks && rest > 1) {
+    std::array<uint32_t, 4> last_pixels{};
+    std::array<FineColor, 4> last_colors{};
+    std::array<uint8_t, 4> last_coverage{};
+    for (size_t k = 0; k < rest; ++k) {
+      last_pixels[k] = pixels[i + k];
+      if (!is_one)
+        last_colors[k] = colors[i + k];
+      if (is_covered)
+        last_coverage[k] = coverage[i + k];
+    }
+    blend_blocks<is_one, is_covered>(last_pixels.data(), last_pixels.size(),
+                                     is_one ? colors : last_colors.data(), last_coverage.data());
+    for (size_t k = 0; k < rest; ++k)
+      pixels[i + k] = last_pixels[k];
+    return;
+  }
+  for (; i < count; ++i)
     pixels[i] = blended(pixels[i], colors[is_one ? 0 : i], is_covered ? uncovered(coverage[i]) : 0);
 }
 

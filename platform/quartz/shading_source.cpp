@@ -141,10 +141,13 @@ inline const FineColor& ShadingSource::table_color(double t) {
 
 template <typename Outside>
 void ShadingSource::color_places(const Outside& outside) {
-  for (size_t i = 0; i < places_.size(); ++i) {
-    double t = places_[i];
+  const double* const places = places_.data();
+  FineColor* const colors = colors_.data();
+  const size_t count = places_.size();
+  for (size_t i = 0; i < count; ++i) {
+    double t = places[i];
     const bool is_painted = (t >= 0 && t <= 1) || outside(static_cast<int>(i), t);
-    colors_[i] = is_painted ? table_color(t) : nothing;
+    colors[i] = is_painted ? table_color(t) : nothing;
   }
 }
 
@@ -229,6 +232,21 @@ FineColor ShadingSource::row_color(int y) const {
   return color_or_nothing((y + 0.5) * slope_y_ + offset_, std::abs(slope_y_) * less_than_half_a_pixel);
 }
 
+Colors ShadingSource::evaluated_row(int y, int x0, int x1) {
+  KeptRow* const kept = kept_.empty() ? nullptr : &kept_[static_cast<size_t>(y - painted_.y0)];
+  if (kept && kept->x0 <= x0 && x1 <= kept->x1)
+    return {kept->colors.data() + (x0 - kept->x0), false};
+  const auto count = static_cast<size_t>(x1 - x0);
+  colors_.resize(std::max(colors_.size(), count));
+  places_.resize(count);
+  kind_ == Kind::axial   ? fill_axial(y, x0, x1)
+  : kind_ == Kind::rings ? fill_rings(y, x0, x1)
+                         : fill_radial(y, x0, x1);
+  if (kept)
+    *kept = {x0, x1, {colors_.data(), colors_.data() + count}};
+  return {colors_.data(), false};
+}
+
 Colors ShadingSource::row(int y, int x0, int x1) {
   switch (kind_) {
     case Kind::by_column:
@@ -239,12 +257,7 @@ Colors ShadingSource::row(int y, int x0, int x1) {
     case Kind::axial:
     case Kind::rings:
     case Kind::radial:
-      colors_.resize(std::max(colors_.size(), static_cast<size_t>(x1 - x0)));
-      places_.resize(static_cast<size_t>(x1 - x0));
-      kind_ == Kind::axial   ? fill_axial(y, x0, x1)
-      : kind_ == Kind::rings ? fill_rings(y, x0, x1)
-                             : fill_radial(y, x0, x1);
-      return {colors_.data(), false};
+      return evaluated_row(y, x0, x1);
     case Kind::nothing:
     case Kind::by_row:
       break;

@@ -28,11 +28,19 @@ class ShadingSource : public Source {
   ShadingSource(const CGShading& shading, const Matrix& to_device, double alpha, PixelBounds area,
                 ShadingTable& table);
   Colors row(int y, int x0, int x1) override;
+  /// Rows will be asked for again: those that take long to evaluate are kept.
+  void keep_rows() { kept_.resize(static_cast<size_t>(std::max(painted_.height(), 0))); }
   /// The part of the area that it may paint.
   const PixelBounds& painted() const { return painted_; }
 
  private:
   enum class Kind { nothing, by_row, by_column, by_diagonal, axial, rings, radial };
+
+  struct KeptRow {
+    int x0 = 0;
+    int x1 = 0;
+    std::vector<FineColor> colors;
+  };
 
   void prepare_axial();
   void prepare_radial();
@@ -54,6 +62,7 @@ class ShadingSource : public Source {
   void color_places(const Outside& outside);
   bool radial_place(double x, double y, double& t) const;
   bool is_at_an_end(double px, double py, double& t) const;
+  Colors evaluated_row(int y, int x0, int x1);
   void fill_axial(int y, int x0, int x1);
   void fill_rings(int y, int x0, int x1);
   void fill_radial(int y, int x0, int x1);
@@ -78,6 +87,7 @@ class ShadingSource : public Source {
   int direction_ = 0;
   int first_ = 0;
   std::vector<FineColor> colors_;  ///< of that line, or of the last row
+  std::vector<KeptRow> kept_;      ///< from the first that it may paint on; none without keep_rows()
   std::vector<double> places_;     ///< t along the last row
   std::vector<uint32_t> pixels_;   ///< by column, when all that are painted are opaque
 };

@@ -147,6 +147,32 @@ TEST(Shadow, AShadingCastsOneInTheShapeOfItsClip) {
     }
 }
 
+TEST(Shadow, AShadingLooksAsItDoesWithoutOne) {
+  const auto ramp = [](CGFloat t, CGFloat* rgba) {
+    rgba[0] = t;
+    rgba[1] = 1 - t;
+    rgba[2] = 0;
+    rgba[3] = 1;
+  };
+  for (const bool is_round : {true, false}) {
+    Canvas canvas(80, 80);
+    CGContextRef c = canvas.context();
+    const auto draw = [&] {
+      draw_and_release(c, is_round ? radial({40, 40}, 70, {40, 40}, 0, ramp)
+                                   : axial({10, 20}, {70, 50}, ramp, true, true));
+    };
+    // With a hole, a row is painted in several parts.
+    CGContextAddRect(c, CGRectMake(20, 20, 50, 40));
+    CGContextAddRect(c, CGRectMake(35, 30, 23, 15));
+    CGContextEOClip(c);
+    draw();
+    const std::vector<uint32_t> alone = canvas.pixels();
+    set_shadow(c, {-6, 4}, 3, 0, 0, 1, 1);
+    draw();
+    EXPECT_EQ(canvas.pixels(), alone) << is_round;
+  }
+}
+
 TEST(Shadow, FillAndStrokeTogetherCastOne) {
   Canvas canvas(80, 40);
   CGContextRef c = canvas.context();
