@@ -19,6 +19,12 @@ endif()
 # without.
 set(ONDEX_IS_FAST "$<NOT:$<OR:$<CONFIG:Debug>,$<BOOL:${ONDEX_SANITIZE}>>>")
 
+# Objects that can be linked one by one or as a whole.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  set(ONDEX_FAT_OBJECTS "$<${ONDEX_IS_FAST}:-flto;-ffat-lto-objects>")
+  add_link_options("$<$<NOT:$<BOOL:$<TARGET_PROPERTY:ONDEX_LINKED_AS_A_WHOLE>>>:-fno-lto>")
+endif()
+
 if(ONDEX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)

@@ -23,9 +23,18 @@ function(ondex_room room)
   if(NOT ONDEX_SANITIZE)
     target_compile_options(${room} PRIVATE -fno-asynchronous-unwind-tables -fno-unwind-tables)
   endif()
+  # The plug-in is linked as a whole (see ondex_linked_as_a_whole); test programs use the code beside it.
+  target_compile_options(${room} PRIVATE ${ONDEX_FAT_OBJECTS})
   if(arg_SMALL)
-    target_compile_options(${room} PRIVATE $<${ONDEX_IS_FAST}:-Os> -ffunction-sections -fdata-sections)
+    target_compile_options(${room} PRIVATE $<${ONDEX_IS_FAST}:-Oz> -ffunction-sections -fdata-sections)
   endif()
+endfunction()
+
+# Links a shared object from the rooms as if they were one file, which makes it a tenth smaller.
+function(ondex_linked_as_a_whole target)
+  set_target_properties(${target} PROPERTIES ONDEX_LINKED_AS_A_WHOLE ON)
+  target_compile_options(${target} PRIVATE ${ONDEX_FAT_OBJECTS})
+  target_link_options(${target} PRIVATE "$<${ONDEX_IS_FAST}:-flto=auto;-flto-partition=one;-fno-asynchronous-unwind-tables;-fno-unwind-tables>")
 endfunction()
 
 # The tests of one room: a GoogleTest program named <room>_tests, each test known to ctest by its name.

@@ -9,12 +9,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   using namespace cocoa;
   std::string cause;
-  auto list = PropertyList::fromBytes({reinterpret_cast<const char*>(bytes), size}, cause);
+  auto list = PropertyList::fromXML({reinterpret_cast<const char*>(bytes), size}, cause);
   if (!list)
     return 0;
   list->setValue("key", std::string("value"));
   const std::string written = list->xml();
-  const auto again = PropertyList::fromBytes(written, cause);
+  const auto again = PropertyList::fromXML(written, cause);
   if (xml_fault(written) || !again || again->value("key") != PropertyListValue(std::string("value")) ||
       again->xml() != written)
     std::abort();

@@ -63,7 +63,7 @@ PreferenceStore::Loaded PreferenceStore::load(const std::filesystem::path& file)
   if (read.state == SmallFile::State::kAbsent)
     return loaded;
   if (read.state == SmallFile::State::kRead) {
-    if (auto list = PropertyList::fromBytes(read.bytes, read.cause)) {
+    if (auto list = PropertyList::fromXML(read.bytes, read.cause)) {
       loaded.list = std::move(*list);
       return loaded;
     }

@@ -4,7 +4,6 @@
 #include <pugixml.hpp>
 #include <utility>
 
-#include "foundation/binary_property_list.h"
 #include "foundation/xml_well_formed.h"
 
 namespace cocoa {
@@ -162,13 +161,6 @@ PropertyList::PropertyList(std::unique_ptr<pugi::xml_document> document) : docum
 PropertyList::PropertyList(PropertyList&&) noexcept = default;
 PropertyList& PropertyList::operator=(PropertyList&&) noexcept = default;
 PropertyList::~PropertyList() = default;
-
-std::optional<PropertyList> PropertyList::fromBytes(std::string_view bytes, std::string& cause) {
-  if (!is_binary_property_list(bytes))
-    return fromXML(bytes, cause);
-  const auto xml = xml_from_binary_property_list(bytes, cause);
-  return xml ? fromXML(*xml, cause) : std::nullopt;
-}
 
 std::optional<PropertyList> PropertyList::fromXML(std::string_view xml, std::string& cause) {
   if (const char* fault = xml_fault(xml)) {

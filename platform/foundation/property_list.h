@@ -46,10 +46,9 @@ class PropertyList {
   PropertyList& operator=(PropertyList&&) noexcept;
   ~PropertyList();
 
-  /// From a file's contents: XML, or the binary form that other tools may have turned it into. Nothing when
-  /// they are not wholly such a list, so that whatever is read can be written again without a loss but for
-  /// comments; `cause` then says why, for the log.
-  static std::optional<PropertyList> fromBytes(std::string_view bytes, std::string& cause);
+  /// From a file's contents. Nothing when they are not wholly such a list, as in the binary form that some
+  /// tools turn it into, so that whatever is read can be written again without a loss but for comments;
+  /// `cause` then says why, for the log.
   static std::optional<PropertyList> fromXML(std::string_view xml, std::string& cause);
   std::string xml() const;
 
