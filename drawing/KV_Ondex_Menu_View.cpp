@@ -28,6 +28,9 @@ void fill_radial_cap(CGContextRef context, NSRect cap, NSRect ellipse, bool pres
   const Function span = pressed ? create_radial_shader_function(pressed_inner, pressed_tip)
                                 : create_radial_shader_function(idle_inner, idle_tip);
   const CGFloat middle = NSMinY(cap) + NSHeight(cap) / 2;
+  // The span ends at a circle, which a shading does not smooth. In a tall cap that lies within the ellipse.
+  if (NSHeight(ellipse) > NSWidth(ellipse))
+    ellipse = NSInsetRect(ellipse, 0, (NSHeight(ellipse) - NSWidth(ellipse)) / 2);
   fill_rect_and_ellipse(
       context, cap, ellipse,
       create_radial_shading(span, {{inner_edge, middle}, NSWidth(cap)}, {{tip, middle}, 0}));

@@ -44,10 +44,20 @@ constexpr PixelBounds union_of(const PixelBounds& a, const PixelBounds& b) {
   return {std::min(a.x0, b.x0), std::min(a.y0, b.y0), std::max(a.x1, b.x1), std::max(a.y1, b.y1)};
 }
 
+/// The greatest distance from the origin, in device pixels, that is drawn: further out there are no pixels.
+inline constexpr double max_coordinate = 4e6;
+
+/// The whole number below a position, and above it; of one that no int can hold, of the last that is drawn.
+inline int floor_pixel(double position) {
+  return static_cast<int>(std::floor(std::clamp(position, -max_coordinate, max_coordinate)));
+}
+inline int ceil_pixel(double position) {
+  return static_cast<int>(std::ceil(std::clamp(position, -max_coordinate, max_coordinate)));
+}
+
 /// The pixels touched by those of `a` when they move by dx and dy.
 inline PixelBounds moved(const PixelBounds& a, double dx, double dy) {
-  return {a.x0 + static_cast<int>(std::floor(dx)), a.y0 + static_cast<int>(std::floor(dy)),
-          a.x1 + static_cast<int>(std::ceil(dx)), a.y1 + static_cast<int>(std::ceil(dy))};
+  return {a.x0 + floor_pixel(dx), a.y0 + floor_pixel(dy), a.x1 + ceil_pixel(dx), a.y1 + ceil_pixel(dy)};
 }
 
 /// A rectangle in device pixels with fractions; empty as long as nothing was added.
@@ -67,12 +77,8 @@ struct DeviceBox {
   PixelBounds pixels() const {
     if (!(x0 <= x1 && y0 <= y1))
       return {};
-    return {static_cast<int>(std::floor(x0)), static_cast<int>(std::floor(y0)),
-            static_cast<int>(std::ceil(x1)), static_cast<int>(std::ceil(y1))};
+    return {floor_pixel(x0), floor_pixel(y0), ceil_pixel(x1), ceil_pixel(y1)};
   }
 };
-
-/// The greatest distance from the origin, in device pixels, that is drawn: further out there are no pixels.
-inline constexpr double max_coordinate = 4e6;
 
 }  // namespace cocoa

@@ -145,6 +145,17 @@ TEST(Label, TheGlassLiesOverTheLetters) {
   }
 }
 
+/// Its middle lies further out than any whole number of pixels.
+TEST(Label, OfFourThousandMillionPointsHasALeftEnd) {
+  constexpr CGFloat most = 4e9;
+  for (const double scale : {1.0, 2.0, 4.0}) {
+    const DrawnView drawn(NSMakeSize(40, 14), scale,
+                          [](CGContextRef) { make<Label>(NSMakeRect(0, 0, most, 14))->drawRect({}); });
+    EXPECT_EQ(drawn, DrawnView(NSMakeSize(40, 14), scale,
+                               [](CGContextRef) { make<Label>(NSMakeRect(0, 0, 4000, 14))->drawRect({}); }));
+  }
+}
+
 TEST(Label, APressNeverDragsTheWindow) {
   EXPECT_FALSE(make<Label>(frame)->mouseDownCanMoveWindow());
   EXPECT_FALSE(make<Button>(frame)->mouseDownCanMoveWindow());

@@ -57,6 +57,40 @@ TEST_F(MenuView, IdleCapsGlowBlueTowardsTheirTipsAndAPressedOneRed) {
   }
 }
 
+/// How much of the pixel at (x, y), in points of the given size, lies within 15 points of a place.
+double circle_coverage(double x, double y, double size, NSPoint centre) {
+  constexpr int samples = 16;
+  int inside = 0;
+  for (int i = 0; i < samples * samples; ++i) {
+    const double dx = x + (i % samples + 0.5) / samples * size - centre.x;
+    const double dy = y + (i / samples + 0.5) / samples * size - centre.y;
+    inside += dx * dx + dy * dy <= 15 * 15 ? 1 : 0;
+  }
+  return inside / static_cast<double>(samples * samples);
+}
+
+/// Its span of colours reaches 15 points from the middle of its inner edge, and no farther. Of a pixel whose
+/// centre lies half a pixel out or more, a shading paints nothing: that is at most 11/255.
+TEST_F(MenuView, ATallCapIsARoundAndSmoothOne) {
+  const auto tall = make<test::Menu>(NSMakeRect(0, 0, 120, 80));
+  for (const double scale : {1.0, 2.0, 3.0}) {
+    const DrawnView drawn(*tall, scale);
+    int partly = 0;
+    for (int row = static_cast<int>(24 * scale); row < 27 * scale; ++row) {  // below the glass
+      for (int column = 0; column < 14 * scale; ++column) {
+        const double x = column / scale;
+        const double y = row / scale;
+        const double expected = circle_coverage(x, y, 1 / scale, {15, 40});
+        EXPECT_NEAR(drawn.pixel(column, row).alpha, expected, 0.045) << scale << ": " << x << ", " << y;
+        const int mirrored = drawn.width() - 1 - column;
+        EXPECT_NEAR(drawn.pixel(mirrored, row).alpha, expected, 0.045) << scale << ": " << x << ", " << y;
+        partly += expected > 0.1 && expected < 0.9 ? 1 : 0;
+      }
+    }
+    EXPECT_GT(partly, 2 * scale) << "something to be smoothed";
+  }
+}
+
 TEST_F(MenuView, TheRightCapIsRedWhileThePressThatBeganThereLasts) {
   test::press(*menu, 1, in_right, height);
   const DrawnView pressed(*menu, 1);
