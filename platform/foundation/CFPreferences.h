@@ -11,7 +11,7 @@
 /// there are read as objects that tell nothing but that they are there. Any thread.
 ///
 /// What is set and not written when the process ends, or the code is unloaded, is written then. Only there is
-/// another process waited for longer than a moment: up to a second.
+/// another process waited for longer than a moment: up to three seconds.
 
 namespace cocoa {
 

@@ -28,8 +28,8 @@ class PreferenceStore {
   /// Larger files are not read nor written.
   static constexpr size_t kMaximumFileSize = size_t{1} << 20U;
   /// A process that keeps the file locked for so long hangs, and must not make us lose what was set: then it
-  /// is written all the same, with a line in the log.
-  static constexpr std::chrono::milliseconds kLongestLock = std::chrono::seconds(1);
+  /// is written all the same, with a line in the log. Longer than a busy disk takes for a few writings.
+  static constexpr std::chrono::milliseconds kLongestLock = std::chrono::seconds(3);
 
   /// `locate` answers the file and is asked at each reading and writing; empty when there is no place for
   /// one: then values stay in memory. The clock tells how long the file has been locked.
