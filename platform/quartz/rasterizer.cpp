@@ -272,20 +272,20 @@ void Rasterizer::add_spans(double height, int winding) {
     const int before = inside(winding);
     winding += s.direction;
     if (const int sign = inside(winding) - before)
-      add_line(s.top, s.bottom, height, sign);
+      added_ += add_line(s.top, s.bottom, height, sign);
   }
 }
 
-void Rasterizer::add_line(double xa, double xb, double height, int sign) {
+int32_t Rasterizer::add_line(double xa, double xb, double height, int sign) {
   const double left = std::min(xa, xb);
   const double right = std::max(xa, xb);
   if (left >= area_.x1)
-    return;
+    return 0;
   const double all = height * sign * one;
-  added_ += rounded(all);
+  const int32_t sum = rounded(all);
   if (right < area_.x0) {
-    cells_[0] += rounded(all);
-    return;
+    cells_[0] += sum;
+    return sum;
   }
   const int first = floor_of(left);
   const int last = floor_of(right);
@@ -293,8 +293,8 @@ void Rasterizer::add_line(double xa, double xb, double height, int sign) {
   if (first == last) {
     const int32_t covered = rounded(all * (first + 1 - (left + right) / 2));
     cell[0] += covered;
-    cell[1] += rounded(all) - covered;
-    return;
+    cell[1] += sum - covered;
+    return sum;
   }
   // The height that lies left of x grows evenly from `left` to `right`; a pixel's coverage is its mean there.
   const double growth = all / (right - left);
@@ -308,10 +308,11 @@ void Rasterizer::add_line(double xa, double xb, double height, int sign) {
     add((first + 1 - left) * (first + 1 - left) / 2 * growth);
   for (int x = std::max(first + 1, area_.x0); x < std::min(last, area_.x1); ++x)
     add((x + 0.5 - left) * growth);
-  if (last >= area_.x1)
-    return;
-  add(all - (right - last) * (right - last) / 2 * growth);
-  add(all);
+  if (last < area_.x1) {
+    add(all - (right - last) * (right - last) / 2 * growth);
+    add(all);
+  }
+  return sum;
 }
 
 }  // namespace cocoa

@@ -60,8 +60,9 @@ class Rasterizer {
   double part_before_crossing() const;
   /// Ends the spans there, and begins others.
   void split_spans(double part);
-  /// Adds what lies right of a line between two x within a band.
-  void add_line(double xa, double xb, double height, int sign);
+  /// Adds what lies right of a line between two x within a band, and answers by how much that raises the sum
+  /// of the row.
+  int32_t add_line(double xa, double xb, double height, int sign);
   /// Sums the cells up into coverage, and empties them.
   void write_row(uint8_t* out);
   int inside(int winding) const { return rule_ == FillRule::even_odd ? winding & 1 : winding != 0; }
