@@ -228,11 +228,12 @@ TEST(RadialShading, InAClipOfItsOwnSizeIsAsSmoothAsAColour) {
       rgba[0] = rgba[3] = 1;
       rgba[1] = rgba[2] = 0;
     };
-    const CGRect disc = {{5.2, 3.1}, {40, 40}};
+    const CGRect disc = {{CGFloat(5.2), CGFloat(3.1)}, {40, 40}};
     Canvas shaded(80, 80, scale);
     CGContextAddEllipseInRect(shaded.context(), disc);
     CGContextClip(shaded.context());
-    draw_and_release(shaded.context(), radial({25.2, 23.1}, 20, {25.2, 23.1}, 0, red_only));
+    draw_and_release(shaded.context(),
+                     radial({CGFloat(25.2), CGFloat(23.1)}, 20, {CGFloat(25.2), CGFloat(23.1)}, 0, red_only));
     Canvas filled(80, 80, scale);
     CGContextSetRGBFillColor(filled.context(), 1, 0, 0, 1);
     CGContextFillEllipseInRect(filled.context(), disc);
@@ -246,7 +247,7 @@ TEST(RadialShading, InAClipOfItsOwnSizeIsAsSmoothAsAColour) {
 
 TEST(RadialShading, TowardsACircleEndsOnItToo) {
   Canvas canvas(60, 60);
-  draw_and_release(canvas.context(), radial({30, 30}, 20.2, {30, 30}, 9.8, ramp));
+  draw_and_release(canvas.context(), radial({30, 30}, CGFloat(20.2), {30, 30}, CGFloat(9.8), ramp));
   // Along the row through the middle: pixel centres 20.5, 19.5, 10.5, 9.5 and 8.5 to the right of it.
   EXPECT_EQ(canvas.at(51, 30), clear_pixel);
   EXPECT_EQ(canvas.at(50, 30), ramp_pixel(0));
