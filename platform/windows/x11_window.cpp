@@ -340,6 +340,15 @@ void X11Window::giveKeyBack(xcb_timestamp_t time) {
     parent_or_host = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
   const xcb_window_t next = key_before_ == XCB_WINDOW_NONE ? parent_or_host : key_before_;
   system_.giveKeyTo(next, parent_or_host, time);
+  if (time == XCB_CURRENT_TIME)
+    return;
+  // The server passes over what is older than its last change: after a press in the very millisecond in which
+  // this window got the keys it would keep them.
+  const unsigned int sequence = xcb_get_input_focus(connection_.get()).sequence;
+  connection_.expect(sequence, [&system = system_, id = id_, next, parent_or_host](const void* reply) {
+    if (reply && static_cast<const xcb_get_input_focus_reply_t*>(reply)->focus == id)
+      system.giveKeyTo(next, parent_or_host, XCB_CURRENT_TIME);
+  });
 }
 
 bool X11Window::letManagerMove() {
