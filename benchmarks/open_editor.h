@@ -4,7 +4,7 @@
 
 #include "editor/KVOndexView.h"
 #include "foundation/CFRunLoop.h"
-#include "standalone/editor_window.h"
+#include "standalone/private/editor_window.h"
 #include "windows/headless.h"
 
 namespace ondex {

@@ -1,10 +1,11 @@
 # A room is a folder, a static library and an include prefix of the same name.
 #
-# Its headers are reached as "room/Header.h" through a link that lies in a folder of its own, so a
-# room sees the headers of the rooms it is linked to and of no others: the build keeps the floors.
+# The headers in its folder are public: they are reached as "room/Header.h" by the rooms that are linked to it, through
+# links that lie in a folder of their own. Those in its folder private/ are reached as "room/private/header.h" by its own
+# sources and tests alone. So a room sees the public headers of the rooms that it is linked to and nothing else.
 #
-#   ondex_room(<room> SOURCES <files> [ROOMS <rooms its headers include>]
-#              [PRIVATE_ROOMS <rooms only its sources include>] [LIBS <libraries behind it>] [SMALL])
+#   ondex_room(<room> SOURCES <files> [ROOMS <rooms that its public headers include>]
+#              [PRIVATE_ROOMS <rooms that only its sources include>] [LIBS <libraries behind it>] [SMALL])
 #
 # SMALL is for rooms that no pixel and no sample waits for: they are compiled for size, and what a program or a
 # plug-in does not use of them is left out of it. Those of their files that do work for every pixel
@@ -12,11 +13,20 @@
 function(ondex_room room)
   cmake_parse_arguments(PARSE_ARGV 1 arg "SMALL" "" "SOURCES;ROOMS;PRIVATE_ROOMS;LIBS")
   set(include_dir "${CMAKE_BINARY_DIR}/include/${room}")
-  file(MAKE_DIRECTORY "${include_dir}")
-  file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include_dir}/${room}" SYMBOLIC)
+  file(REMOVE_RECURSE "${include_dir}")
+  file(MAKE_DIRECTORY "${include_dir}/${room}")
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" *.h)
+  foreach(header IN LISTS headers)
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}/${header}" "${include_dir}/${room}/${header}" SYMBOLIC)
+  endforeach()
+  set(private_dir "${CMAKE_BINARY_DIR}/private_include/${room}")
+  file(MAKE_DIRECTORY "${private_dir}/${room}")
+  if(IS_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}/private")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}/private" "${private_dir}/${room}/private" SYMBOLIC)
+  endif()
 
   add_library(${room} STATIC ${arg_SOURCES})
-  target_include_directories(${room} PUBLIC "${include_dir}")
+  target_include_directories(${room} PUBLIC "${include_dir}" PRIVATE "${private_dir}")
   target_link_libraries(${room} PUBLIC ${arg_ROOMS} PRIVATE ${arg_PRIVATE_ROOMS} ${arg_LIBS})
   # Nothing here throws, and nothing is unwound through a C interface: tables for it would be a quarter of the object.
   target_compile_options(${room} PRIVATE -fno-exceptions)
@@ -28,6 +38,32 @@ function(ondex_room room)
   if(arg_SMALL)
     target_compile_options(${room} PRIVATE $<${ONDEX_IS_FAST}:-Oz> -ffunction-sections -fdata-sections)
   endif()
+
+  set_property(GLOBAL APPEND PROPERTY ONDEX_ROOMS ${room})
+  file(GLOB private_headers CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" private/*.h)
+  ondex_headers_alone(${room} public "${headers}" ${room})
+  ondex_headers_alone(${room} private "${private_headers}" ${room} ${arg_PRIVATE_ROOMS} ${arg_LIBS})
+endfunction()
+
+# A file for each header that includes nothing else: the target headers_alone, which is no part of a usual build,
+# compiles them all. Public headers see what the room gives to others, private ones what its sources see.
+function(ondex_headers_alone room kind headers)
+  if(NOT headers)
+    return()
+  endif()
+  set(sources "")
+  foreach(header IN LISTS headers)
+    set(source "${CMAKE_BINARY_DIR}/headers_alone/${room}/${header}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${room}/${header}\"\n")
+    list(APPEND sources "${source}")
+  endforeach()
+  add_library(${room}_${kind}_headers OBJECT EXCLUDE_FROM_ALL ${sources})
+  target_link_libraries(${room}_${kind}_headers PRIVATE ${ARGN})
+  target_include_directories(${room}_${kind}_headers PRIVATE "$<$<STREQUAL:${kind},private>:${CMAKE_BINARY_DIR}/private_include/${room}>")
+  if(NOT TARGET headers_alone)
+    add_custom_target(headers_alone)
+  endif()
+  add_dependencies(headers_alone ${room}_${kind}_headers)
 endfunction()
 
 # Links a shared object from the rooms as if they were one file, which makes it a tenth smaller.
@@ -37,16 +73,27 @@ function(ondex_linked_as_a_whole target)
   target_link_options(${target} PRIVATE "$<${ONDEX_IS_FAST}:-flto=auto;-flto-partition=one;-fno-asynchronous-unwind-tables;-fno-unwind-tables>")
 endfunction()
 
+# Lets a program that looks at a room from inside, a test of it say, reach its private headers.
+function(ondex_private_headers target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "OF")
+  foreach(room IN LISTS arg_OF)
+    target_include_directories(${target} PRIVATE "${CMAKE_BINARY_DIR}/private_include/${room}")
+  endforeach()
+endfunction()
+
 # The tests of one room: a GoogleTest program named <room>_tests, each test known to ctest by its name.
 # What several rooms' tests need lies in tests/support and is included by its plain name.
 #
-#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>] [ONE_AT_A_TIME] [LONG <tests>])
+#   ondex_tests(<room> SOURCES <files> [ROOMS <rooms>] [LIBS <libraries>] [ONE_AT_A_TIME] [LONG <tests>]
+#               [PRIVATE_OF <rooms>])
 #
+# They reach the private headers of the room, and of those that are named besides.
 # Those that run one at a time and the long ones begin first, so that in the end no processor waits for them.
 function(ondex_tests room)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_AT_A_TIME" "" "SOURCES;ROOMS;LIBS;LONG")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_AT_A_TIME" "" "SOURCES;ROOMS;LIBS;LONG;PRIVATE_OF")
   add_executable(${room}_tests ${arg_SOURCES})
   target_link_libraries(${room}_tests PRIVATE ${arg_ROOMS} ${arg_LIBS} test_main)
+  ondex_private_headers(${room}_tests OF ${room} ${arg_PRIVATE_OF})
   set_target_properties(${room}_tests PROPERTIES POSITION_INDEPENDENT_CODE OFF)
   target_precompile_headers(${room}_tests REUSE_FROM test_main)
   if(arg_ONE_AT_A_TIME)

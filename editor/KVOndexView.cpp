@@ -1,7 +1,7 @@
 #include "editor/KVOndexView.h"
 
-#include "editor/color_preferences.h"
 #include "editor/parameter_table.h"
+#include "editor/private/color_preferences.h"
 #include "foundation/CFRunLoop.h"
 #include "foundation/NSLog.h"
 

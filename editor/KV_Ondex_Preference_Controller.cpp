@@ -1,6 +1,6 @@
 #include "editor/KV_Ondex_Preference_Controller.h"
 
-#include "editor/color_preferences.h"
+#include "editor/private/color_preferences.h"
 #include "quartz/CGWindowLevel.h"
 
 namespace ondex {

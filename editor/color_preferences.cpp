@@ -1,4 +1,4 @@
-#include "editor/color_preferences.h"
+#include "editor/private/color_preferences.h"
 
 #include "foundation/CFPreferences.h"
 #include "foundation/NSArchiver.h"

@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "foundation/property_list.h"
-#include "foundation/xml_well_formed.h"
+#include "foundation/private/property_list.h"
+#include "foundation/private/xml_well_formed.h"
 
 /// Any bytes are refused, or are a list that can be changed, written as a whole document and read again.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {

@@ -1,7 +1,7 @@
 #include "appkit/NSWindow.h"
 #include "drawing/shading.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
-#include "knob/knob_colors.h"
+#include "knob/private/knob_colors.h"
 #include "quartz/CGColor.h"
 
 namespace ondex {

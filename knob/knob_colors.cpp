@@ -1,4 +1,4 @@
-#include "knob/knob_colors.h"
+#include "knob/private/knob_colors.h"
 
 #include <cmath>
 

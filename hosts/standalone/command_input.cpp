@@ -1,4 +1,4 @@
-#include "standalone/command_input.h"
+#include "standalone/private/command_input.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "standalone/commands.h"
+#include "standalone/private/commands.h"
 
 #include <vector>
 

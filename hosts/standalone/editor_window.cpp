@@ -1,10 +1,10 @@
-#include "standalone/editor_window.h"
+#include "standalone/private/editor_window.h"
 
 #include "appkit/NSApplication.h"
 #include "editor/KVOndexView.h"
 #include "factory/bundle_classes.h"
 #include "hosting/audio_unit_host.h"
-#include "standalone/resource_folder.h"
+#include "standalone/private/resource_folder.h"
 
 namespace ondex {
 

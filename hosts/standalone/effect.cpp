@@ -1,7 +1,7 @@
 #include "standalone/effect.h"
 
 #include "editor/parameter_table.h"
-#include "standalone/values.h"
+#include "standalone/private/values.h"
 
 namespace ondex {
 

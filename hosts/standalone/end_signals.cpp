@@ -1,4 +1,4 @@
-#include "standalone/end_signals.h"
+#include "standalone/private/end_signals.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>

@@ -10,12 +10,12 @@
 #include "foundation/CFRunLoop.h"
 #include "foundation/NSLog.h"
 #include "foundation/visible_text.h"
-#include "standalone/command_input.h"
-#include "standalone/commands.h"
-#include "standalone/editor_window.h"
-#include "standalone/end_signals.h"
+#include "standalone/private/command_input.h"
+#include "standalone/private/commands.h"
+#include "standalone/private/editor_window.h"
+#include "standalone/private/end_signals.h"
+#include "standalone/private/values.h"
 #include "standalone/standard_streams.h"
-#include "standalone/values.h"
 #include "windows/x11.h"
 
 namespace ondex {

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "standalone/values.h"
+#include "standalone/private/values.h"
 
 namespace ondex {
 

@@ -1,4 +1,4 @@
-#include "standalone/resource_folder.h"
+#include "standalone/private/resource_folder.h"
 
 #include <filesystem>
 

@@ -3,7 +3,7 @@
 #include "foundation/CFRunLoop.h"
 #include "foundation/NSLog.h"
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
-#include "standalone/editor_window.h"
+#include "standalone/private/editor_window.h"
 #include "windows/headless.h"
 
 namespace ondex {

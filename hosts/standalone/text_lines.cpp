@@ -1,4 +1,4 @@
-#include "standalone/text_lines.h"
+#include "standalone/private/text_lines.h"
 
 namespace ondex {
 

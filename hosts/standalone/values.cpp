@@ -1,4 +1,4 @@
-#include "standalone/values.h"
+#include "standalone/private/values.h"
 
 #include <charconv>
 #include <cmath>

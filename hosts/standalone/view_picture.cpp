@@ -1,4 +1,4 @@
-#include "standalone/view_picture.h"
+#include "standalone/private/view_picture.h"
 
 #include <algorithm>
 #include <cmath>

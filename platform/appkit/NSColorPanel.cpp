@@ -1,4 +1,4 @@
-#include "appkit/NSColorPanel.h"
+#include "appkit/private/NSColorPanel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,8 +7,8 @@
 #include "appkit/NSFont.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSStringDrawing.h"
-#include "appkit/color_entry.h"
-#include "appkit/color_picking.h"
+#include "appkit/private/color_entry.h"
+#include "appkit/private/color_picking.h"
 
 namespace cocoa {
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "appkit/NSColorPanel.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSGraphicsContext.h"
-#include "appkit/color_picking.h"
+#include "appkit/private/NSColorPanel.h"
+#include "appkit/private/color_picking.h"
 #include "foundation/InterfaceDecoder.h"
 
 namespace cocoa {

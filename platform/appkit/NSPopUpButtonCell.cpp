@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "appkit/menu_tracking.h"
+#include "appkit/private/menu_tracking.h"
 #include "foundation/InterfaceDecoder.h"
 
 namespace cocoa {

@@ -1,7 +1,7 @@
 #include "appkit/NSEvent.h"
 #include "appkit/NSTextField.h"
 #include "appkit/NSWindow.h"
-#include "appkit/text_commands.h"
+#include "appkit/private/text_commands.h"
 
 namespace cocoa {
 

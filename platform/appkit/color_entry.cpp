@@ -1,4 +1,4 @@
-#include "appkit/color_entry.h"
+#include "appkit/private/color_entry.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "appkit/color_picking.h"
+#include "appkit/private/color_picking.h"
 
 #include <algorithm>
 #include <cmath>

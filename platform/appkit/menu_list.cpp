@@ -1,4 +1,4 @@
-#include "appkit/menu_list.h"
+#include "appkit/private/menu_list.h"
 
 #include <algorithm>
 #include <cmath>

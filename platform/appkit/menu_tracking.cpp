@@ -1,4 +1,4 @@
-#include "appkit/menu_tracking.h"
+#include "appkit/private/menu_tracking.h"
 
 #include <algorithm>
 #include <cmath>

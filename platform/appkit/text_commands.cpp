@@ -1,4 +1,4 @@
-#include "appkit/text_commands.h"
+#include "appkit/private/text_commands.h"
 
 #include <algorithm>
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <mutex>
 
-#include "audio_unit/effect.h"
-#include "audio_unit/event_listener.h"
+#include "audio_unit/private/effect.h"
+#include "audio_unit/private/event_listener.h"
 #include "foundation/NSLog.h"
 
 namespace cocoa {

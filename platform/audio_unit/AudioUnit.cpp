@@ -4,7 +4,7 @@
 #include <mutex>
 
 #include "audio_unit/AUEventListener.h"
-#include "audio_unit/effect.h"
+#include "audio_unit/private/effect.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "audio_unit/call_gate.h"
+#include "audio_unit/private/call_gate.h"
 
 #include <algorithm>
 

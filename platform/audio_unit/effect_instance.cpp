@@ -7,7 +7,7 @@
 #include <mutex>
 #include <utility>
 
-#include "audio_unit/effect.h"
+#include "audio_unit/private/effect.h"
 
 namespace cocoa {
 

@@ -1,10 +1,10 @@
-#include "audio_unit/event_listener.h"
+#include "audio_unit/private/event_listener.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 
-#include "audio_unit/effect.h"
+#include "audio_unit/private/effect.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "audio_unit/pending_events.h"
+#include "audio_unit/private/pending_events.h"
 
 #include <algorithm>
 #include <iterator>

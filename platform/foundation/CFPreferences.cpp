@@ -12,8 +12,8 @@
 #include "foundation/NSData.h"
 #include "foundation/NSLog.h"
 #include "foundation/NSString.h"
-#include "foundation/preference_store.h"
-#include "foundation/preferences_location.h"
+#include "foundation/private/preference_store.h"
+#include "foundation/private/preferences_location.h"
 
 namespace cocoa {
 

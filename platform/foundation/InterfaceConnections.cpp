@@ -1,6 +1,6 @@
 #include <cstring>
 
-#include "foundation/InterfaceLoad.h"
+#include "foundation/private/InterfaceLoad.h"
 
 namespace cocoa {
 

@@ -5,8 +5,8 @@
 #include <limits>
 #include <pugixml.hpp>
 
-#include "foundation/InterfaceLoad.h"
 #include "foundation/decimal_text.h"
+#include "foundation/private/InterfaceLoad.h"
 
 namespace cocoa {
 

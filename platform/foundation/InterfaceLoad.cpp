@@ -1,10 +1,10 @@
-#include "foundation/InterfaceLoad.h"
+#include "foundation/private/InterfaceLoad.h"
 
 #include <cstring>
 
 #include "foundation/InterfaceDecoder.h"
 #include "foundation/NSLog.h"
-#include "foundation/xml_file.h"
+#include "foundation/private/xml_file.h"
 
 namespace cocoa {
 

@@ -4,8 +4,8 @@
 
 #include "foundation/NSClass.h"
 #include "foundation/NSLog.h"
-#include "foundation/typedstream_reader.h"
-#include "foundation/typedstream_writer.h"
+#include "foundation/private/typedstream_reader.h"
+#include "foundation/private/typedstream_writer.h"
 
 namespace cocoa {
 

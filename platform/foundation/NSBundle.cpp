@@ -7,10 +7,10 @@
 #include <thread>
 #include <vector>
 
-#include "foundation/InterfaceLoader.h"
 #include "foundation/NSClass.h"
 #include "foundation/NSLog.h"
-#include "foundation/xml_file.h"
+#include "foundation/private/InterfaceLoader.h"
+#include "foundation/private/xml_file.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "foundation/binary_property_list.h"
+#include "foundation/private/binary_property_list.h"
 
 #include <array>
 #include <bit>
@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "foundation/property_list.h"
+#include "foundation/private/property_list.h"
 
 namespace cocoa {
 

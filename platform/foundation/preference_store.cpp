@@ -1,9 +1,9 @@
-#include "foundation/preference_store.h"
+#include "foundation/private/preference_store.h"
 
 #include <utility>
 
 #include "foundation/NSLog.h"
-#include "foundation/small_file.h"
+#include "foundation/private/small_file.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "foundation/preferences_location.h"
+#include "foundation/private/preferences_location.h"
 
 #include <pwd.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "foundation/small_file.h"
+#include "foundation/private/small_file.h"
 
 namespace cocoa {
 

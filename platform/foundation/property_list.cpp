@@ -1,10 +1,10 @@
-#include "foundation/property_list.h"
+#include "foundation/private/property_list.h"
 
 #include <algorithm>
 #include <pugixml.hpp>
 #include <utility>
 
-#include "foundation/xml_well_formed.h"
+#include "foundation/private/xml_well_formed.h"
 
 namespace cocoa {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
 
-#include "foundation/property_list.h"
+#include "foundation/private/property_list.h"
 
 /// How bytes and texts stand in a property list.
 

@@ -1,4 +1,4 @@
-#include "foundation/small_file.h"
+#include "foundation/private/small_file.h"
 
 #include <fcntl.h>
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkostemp is not in <cstdlib>'s namespace

@@ -1,10 +1,10 @@
-#include "foundation/typedstream_reader.h"
+#include "foundation/private/typedstream_reader.h"
 
 #include <algorithm>
 #include <bit>
 #include <utility>
 
-#include "foundation/typedstream.h"
+#include "foundation/private/typedstream.h"
 
 namespace cocoa {
 

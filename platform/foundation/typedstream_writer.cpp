@@ -1,10 +1,10 @@
-#include "foundation/typedstream_writer.h"
+#include "foundation/private/typedstream_writer.h"
 
 #include <bit>
 #include <cmath>
 #include <limits>
 
-#include "foundation/typedstream.h"
+#include "foundation/private/typedstream.h"
 
 namespace cocoa {
 

@@ -1,9 +1,9 @@
-#include "foundation/xml_file.h"
+#include "foundation/private/xml_file.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "foundation/small_file.h"
+#include "foundation/private/small_file.h"
 #include "foundation/visible_text.h"
 
 namespace cocoa {

@@ -1,11 +1,11 @@
-#include "foundation/xml_well_formed.h"
+#include "foundation/private/xml_well_formed.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
 
-#include "foundation/property_list.h"
+#include "foundation/private/property_list.h"
 
 namespace cocoa {
 

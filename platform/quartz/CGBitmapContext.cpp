@@ -5,8 +5,8 @@
 #include <string>
 
 #include "foundation/NSLog.h"
-#include "quartz/context.h"
-#include "quartz/png_file.h"
+#include "quartz/private/context.h"
+#include "quartz/private/png_file.h"
 
 namespace cocoa {
 

@@ -1,6 +1,6 @@
 #include "quartz/CGColor.h"
 
-#include "quartz/color_model.h"
+#include "quartz/private/color_model.h"
 
 namespace cocoa {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "quartz/context.h"
+#include "quartz/private/context.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/context.h"
+#include "quartz/private/context.h"
 
 namespace cocoa {
 

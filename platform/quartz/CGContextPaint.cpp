@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "quartz/context.h"
+#include "quartz/private/context.h"
 
 namespace cocoa {
 

@@ -1,8 +1,8 @@
 #include "quartz/CGPath.h"
 
-#include "quartz/counted.h"
-#include "quartz/matrix.h"
-#include "quartz/path_data.h"
+#include "quartz/private/counted.h"
+#include "quartz/private/matrix.h"
+#include "quartz/private/path_data.h"
 
 namespace cocoa {
 

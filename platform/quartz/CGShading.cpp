@@ -1,6 +1,6 @@
 #include "quartz/CGShading.h"
 
-#include "quartz/shading.h"
+#include "quartz/private/shading.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/blur.h"
+#include "quartz/private/blur.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "quartz/coverage.h"
+#include "quartz/private/coverage.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/compositor.h"
+#include "quartz/private/compositor.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "quartz/coverage.h"
+#include "quartz/private/coverage.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "quartz/font_face.h"
+#include "quartz/private/font_face.h"
 
 #include <hb-ft.h>
 #include <hb-ot.h>

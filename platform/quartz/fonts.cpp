@@ -1,9 +1,9 @@
-#include "quartz/fonts.h"
+#include "quartz/private/fonts.h"
 
 #include <algorithm>
 
 #include "unicode/character_classes.h"
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/lines.h"
+#include "quartz/private/lines.h"
 
 #include <agg_vcgen_stroke.h>
 

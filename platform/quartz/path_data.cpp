@@ -1,4 +1,4 @@
-#include "quartz/path_data.h"
+#include "quartz/private/path_data.h"
 
 #include <numbers>
 

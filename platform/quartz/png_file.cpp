@@ -1,4 +1,4 @@
-#include "quartz/png_file.h"
+#include "quartz/private/png_file.h"
 
 #include <fcntl.h>
 #include <png.h>

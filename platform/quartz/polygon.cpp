@@ -1,4 +1,4 @@
-#include "quartz/polygon.h"
+#include "quartz/private/polygon.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/rasterizer.h"
+#include "quartz/private/rasterizer.h"
 
 #include <bit>
 #include <cstring>

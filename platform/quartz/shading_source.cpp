@@ -1,4 +1,4 @@
-#include "quartz/shading_source.h"
+#include "quartz/private/shading_source.h"
 
 #include <algorithm>
 #include <cmath>

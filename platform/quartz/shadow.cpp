@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "quartz/blur.h"
-#include "quartz/context.h"
+#include "quartz/private/blur.h"
+#include "quartz/private/context.h"
 
 namespace cocoa {
 

@@ -1,11 +1,11 @@
-#include "quartz/shaped_text.h"
+#include "quartz/private/shaped_text.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "unicode/character_classes.h"
 #include "unicode/text_breaks.h"
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <iterator>
 
-#include "quartz/context.h"
-#include "quartz/text_layout.h"
+#include "quartz/private/context.h"
+#include "quartz/private/text_layout.h"
 
 namespace cocoa {
 

@@ -1,10 +1,10 @@
-#include "quartz/text_layout.h"
+#include "quartz/private/text_layout.h"
 
 #include <algorithm>
 #include <memory>
 #include <span>
 
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/text_lines.h"
+#include "quartz/private/text_lines.h"
 
 #include <algorithm>
 #include <string>
@@ -6,7 +6,7 @@
 
 #include "unicode/character_classes.h"
 #include "unicode/text_breaks.h"
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "quartz/text_mask.h"
+#include "quartz/private/text_mask.h"
 
 #include <algorithm>
 #include <cmath>

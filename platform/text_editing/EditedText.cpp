@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "text_editing/utf8_line.h"
+#include "text_editing/private/utf8_line.h"
 
 namespace cocoa {
 

@@ -4,7 +4,7 @@
 
 #include "unicode/character_classes.h"
 #include "unicode/text_breaks.h"
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

@@ -1,7 +1,7 @@
-#include "text_editing/utf8_line.h"
+#include "text_editing/private/utf8_line.h"
 
 #include "unicode/character_classes.h"
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

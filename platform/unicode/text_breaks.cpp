@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "unicode/character_classes.h"
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "windows/x11_atoms.h"
+#include "windows/private/x11_atoms.h"
 
 #include <array>
 #include <cstddef>
@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "windows/x11_reply.h"
+#include "windows/private/x11_reply.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "windows/x11_connection.h"
+#include "windows/private/x11_connection.h"
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>

@@ -1,4 +1,4 @@
-#include "windows/x11_keyboard.h"
+#include "windows/private/x11_keyboard.h"
 
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "foundation/NSLog.h"
-#include "windows/x11_connection.h"
+#include "windows/private/x11_connection.h"
 
 namespace cocoa {
 

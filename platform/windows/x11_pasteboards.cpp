@@ -1,10 +1,10 @@
-#include "windows/x11_pasteboards.h"
+#include "windows/private/x11_pasteboards.h"
 
 #include <utility>
 #include <vector>
 
-#include "windows/latin1.h"
-#include "windows/x11_connection.h"
+#include "windows/private/latin1.h"
+#include "windows/private/x11_connection.h"
 
 namespace cocoa {
 

@@ -1,8 +1,8 @@
-#include "windows/x11_pointer.h"
+#include "windows/private/x11_pointer.h"
 
 #include <vector>
 
-#include "windows/x11_connection.h"
+#include "windows/private/x11_connection.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "windows/x11_properties.h"
+#include "windows/private/x11_properties.h"
 
 #include <unistd.h>
 #include <xcb/xcb_icccm.h>
@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-#include "windows/x11_connection.h"
+#include "windows/private/x11_connection.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "windows/x11_resources.h"
+#include "windows/private/x11_resources.h"
 
 #include <xcb/xcb.h>
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "windows/x11_connection.h"
+#include "windows/private/x11_connection.h"
 
 // Whether somebody may see a window. Managers unmap what they hide, or say so in a property and leave it to a
 // compositor; hosts unmap a window that ours lies in.

@@ -1,4 +1,4 @@
-#include "windows/x11_shared_memory.h"
+#include "windows/private/x11_shared_memory.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "foundation/file_size_limit.h"
-#include "windows/x11_connection.h"
+#include "windows/private/x11_connection.h"
 
 namespace cocoa {
 

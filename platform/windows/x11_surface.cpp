@@ -1,4 +1,4 @@
-#include "windows/x11_surface.h"
+#include "windows/private/x11_surface.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,9 +7,9 @@
 
 #include "foundation/NSLog.h"
 #include "windows/pixel_geometry.h"
-#include "windows/x11_connection.h"
-#include "windows/x11_resources.h"
-#include "windows/x11_shared_memory.h"
+#include "windows/private/x11_connection.h"
+#include "windows/private/x11_resources.h"
+#include "windows/private/x11_shared_memory.h"
 
 namespace cocoa {
 

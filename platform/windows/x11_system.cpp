@@ -1,4 +1,4 @@
-#include "windows/x11_system.h"
+#include "windows/private/x11_system.h"
 
 #include <xcb/shm.h>
 
@@ -7,8 +7,8 @@
 
 #include "foundation/Clock.h"
 #include "foundation/NSLog.h"
-#include "windows/x11_resources.h"
-#include "windows/x11_shared_memory.h"
+#include "windows/private/x11_resources.h"
+#include "windows/private/x11_shared_memory.h"
 
 namespace cocoa {
 

@@ -1,4 +1,4 @@
-#include "windows/x11_visuals.h"
+#include "windows/private/x11_visuals.h"
 
 #include <bit>
 

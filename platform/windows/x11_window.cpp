@@ -1,4 +1,4 @@
-#include "windows/x11_window.h"
+#include "windows/private/x11_window.h"
 
 #include <algorithm>
 #include <array>
@@ -7,9 +7,9 @@
 
 #include "foundation/NSLog.h"
 #include "windows/pixel_geometry.h"
-#include "windows/x11_connection.h"
-#include "windows/x11_properties.h"
-#include "windows/x11_system.h"
+#include "windows/private/x11_connection.h"
+#include "windows/private/x11_properties.h"
+#include "windows/private/x11_system.h"
 
 namespace cocoa {
 

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "windows/pixel_geometry.h"
-#include "windows/x11_connection.h"
-#include "windows/x11_properties.h"
-#include "windows/x11_system.h"
-#include "windows/x11_window.h"
+#include "windows/private/x11_connection.h"
+#include "windows/private/x11_properties.h"
+#include "windows/private/x11_system.h"
+#include "windows/private/x11_window.h"
 
 namespace cocoa {
 

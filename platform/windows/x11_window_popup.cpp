@@ -2,9 +2,9 @@
 
 #include "foundation/Clock.h"
 #include "windows/pixel_geometry.h"
-#include "windows/x11_connection.h"
-#include "windows/x11_system.h"
-#include "windows/x11_window.h"
+#include "windows/private/x11_connection.h"
+#include "windows/private/x11_system.h"
+#include "windows/private/x11_window.h"
 
 // What a popup has to do with the window that it lies over.
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "appkit/NSColorPanel.h"
 #include "appkit/NSColorWell.h"
+#include "appkit/private/NSColorPanel.h"
 #include "color_components.h"
 #include "drawn_view.h"
 #include "window_fixture.h"

@@ -5,9 +5,9 @@
 
 #include "appkit/NSApplication.h"
 #include "appkit/NSPopUpButton.h"
-#include "foundation/InterfaceLoader.h"
 #include "foundation/NSClass.h"
 #include "foundation/NSLog.h"
+#include "foundation/private/InterfaceLoader.h"
 
 namespace cocoa {
 namespace {

@@ -1,4 +1,4 @@
-#include "appkit/hsb.h"
+#include "appkit/private/hsb.h"
 
 #include "color_components.h"
 

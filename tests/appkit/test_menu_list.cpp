@@ -1,4 +1,4 @@
-#include "appkit/menu_list.h"
+#include "appkit/private/menu_list.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 #include "appkit/NSFont.h"
 #include "appkit/NSStringDrawing.h"
-#include "appkit/menu_tracking.h"
+#include "appkit/private/menu_tracking.h"
 #include "canvas.h"
 
 namespace cocoa {

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "audio_unit/call_gate.h"
+#include "audio_unit/private/call_gate.h"
 
 namespace cocoa::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "audio_unit/pending_events.h"
+#include "audio_unit/private/pending_events.h"
 #include "listening.h"
 
 namespace cocoa::test {

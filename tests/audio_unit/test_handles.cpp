@@ -3,7 +3,7 @@
 #include <memory>
 #include <set>
 
-#include "audio_unit/handles.h"
+#include "audio_unit/private/handles.h"
 
 namespace cocoa::test {
 namespace {

@@ -3,8 +3,8 @@
 #include "appkit/NSApplication.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSStringDrawing.h"
-#include "foundation/InterfaceLoader.h"
 #include "foundation/NSClass.h"
+#include "foundation/private/InterfaceLoader.h"
 #include "menu_view_fixture.h"
 
 namespace ondex {

@@ -7,11 +7,11 @@
 
 #include "appkit/NSColorWell.h"
 #include "appkit/NSWindow.h"
-#include "editor/color_preferences.h"
+#include "editor/private/color_preferences.h"
 #include "editor_fixture.h"
 #include "foundation/NSArchiver.h"
-#include "foundation/preference_store.h"
-#include "foundation/preferences_location.h"
+#include "foundation/private/preference_store.h"
+#include "foundation/private/preferences_location.h"
 #include "gestures.h"
 #include "windows/headless.h"
 

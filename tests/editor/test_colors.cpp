@@ -1,4 +1,4 @@
-#include "editor/color_preferences.h"
+#include "editor/private/color_preferences.h"
 #include "editor_fixture.h"
 #include "foundation/NSArchiver.h"
 #include "foundation/NSString.h"

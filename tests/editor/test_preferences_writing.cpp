@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "appkit/NSColorPanel.h"
+#include "appkit/private/NSColorPanel.h"
 #include "preferences_fixture.h"
 
 /// When what the user picks comes to disk, and what is there already stays.

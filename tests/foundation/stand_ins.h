@@ -8,9 +8,9 @@
 
 #include "foundation/ActionSource.h"
 #include "foundation/InterfaceDecoder.h"
-#include "foundation/InterfaceLoader.h"
 #include "foundation/NSLog.h"
 #include "foundation/NSObject.h"
+#include "foundation/private/InterfaceLoader.h"
 
 /// Stand-ins for views and controls, just enough to be made, connected and woken by an interface file.
 

@@ -12,7 +12,7 @@
 #include "foundation/NSData.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSString.h"
-#include "foundation/preferences_location.h"
+#include "foundation/private/preferences_location.h"
 #include "store_test_support.h"
 
 namespace cocoa {

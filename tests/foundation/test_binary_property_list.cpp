@@ -4,8 +4,8 @@
 #include <random>
 
 #include "archived_samples.h"
-#include "foundation/binary_property_list.h"
-#include "foundation/property_list.h"
+#include "foundation/private/binary_property_list.h"
+#include "foundation/private/property_list.h"
 #include "store_test_support.h"
 
 namespace cocoa {

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "foundation/preference_store.h"
+#include "foundation/private/preference_store.h"
 #include "store_test_support.h"
 
 namespace cocoa {

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <csignal>
 
-#include "foundation/preference_store.h"
+#include "foundation/private/preference_store.h"
 #include "manual_clock.h"
 #include "store_test_support.h"
 

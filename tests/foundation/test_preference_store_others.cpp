@@ -7,7 +7,7 @@
 #include <csignal>
 #include <random>
 
-#include "foundation/preference_store.h"
+#include "foundation/private/preference_store.h"
 #include "store_test_support.h"
 
 /// What others leave in the store's folder or put in the file's place: killed writers, and users with links.

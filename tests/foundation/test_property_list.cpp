@@ -3,8 +3,8 @@
 
 #include <random>
 
-#include "foundation/property_list.h"
-#include "foundation/xml_well_formed.h"
+#include "foundation/private/property_list.h"
+#include "foundation/private/xml_well_formed.h"
 #include "store_test_support.h"
 
 namespace cocoa {

@@ -1,4 +1,4 @@
-#include "foundation/xml_well_formed.h"
+#include "foundation/private/xml_well_formed.h"
 
 #include <gtest/gtest.h>
 

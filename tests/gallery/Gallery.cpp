@@ -7,7 +7,7 @@
 #include "drawing/KV_Ondex_Label_View.h"
 #include "drawing/KV_Ondex_Panel_View.h"
 #include "gallery_layout.h"
-#include "standalone/values.h"
+#include "standalone/private/values.h"
 
 namespace ondex::test {
 

@@ -12,8 +12,8 @@
 #include "foundation/CFRunLoop.h"
 #include "gallery_layout.h"
 #include "standalone/options.h"
-#include "standalone/text_lines.h"
-#include "standalone/view_picture.h"
+#include "standalone/private/text_lines.h"
+#include "standalone/private/view_picture.h"
 #include "windows/x11.h"
 
 /// ondex-gallery: every control in a window, to be tried by hand. Prints a line for everything that one of

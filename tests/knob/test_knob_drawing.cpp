@@ -6,7 +6,7 @@
 #include "drawing/shading.h"
 #include "drawn_view.h"
 #include "gestures.h"
-#include "knob/knob_colors.h"
+#include "knob/private/knob_colors.h"
 #include "open_knob.h"
 
 namespace ondex {

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "appkit/NSPopUpButton.h"
-#include "appkit/menu_list.h"
+#include "appkit/private/menu_list.h"
 #include "contact_sheet.h"
 #include "drawing/KV_Ondex_Button_View.h"
 #include "drawing/KV_Ondex_Menu_View.h"

@@ -4,7 +4,7 @@
 #include "appkit/NSWindow.h"
 #include "foundation/CFRunLoop.h"
 #include "picture.h"
-#include "standalone/view_picture.h"
+#include "standalone/private/view_picture.h"
 #include "temporary_folder.h"
 #include "windows/headless.h"
 #include "windows/pixel_geometry.h"

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "appkit/NSColorPanel.h"
-#include "editor/color_preferences.h"
+#include "appkit/private/NSColorPanel.h"
+#include "editor/private/color_preferences.h"
 #include "editor_fixture.h"
 #include "windows/x11.h"
 #include "x_client.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "quartz/polygon.h"
+#include "quartz/private/polygon.h"
 
 /// What lies inside a polygon, worked out without regard to time.
 

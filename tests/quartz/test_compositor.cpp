@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "quartz/compositor.h"
+#include "quartz/private/compositor.h"
 
 namespace cocoa {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "quartz/coverage.h"
+#include "quartz/private/coverage.h"
 
 namespace cocoa {
 namespace {

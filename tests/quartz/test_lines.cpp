@@ -4,8 +4,8 @@
 #include <random>
 
 #include "exact_coverage.h"
-#include "quartz/path_data.h"
-#include "quartz/rasterizer.h"
+#include "quartz/private/path_data.h"
+#include "quartz/private/rasterizer.h"
 
 namespace cocoa {
 namespace {

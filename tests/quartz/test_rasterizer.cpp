@@ -5,7 +5,7 @@
 #include <random>
 
 #include "exact_coverage.h"
-#include "quartz/rasterizer.h"
+#include "quartz/private/rasterizer.h"
 
 namespace cocoa {
 namespace {

@@ -1,4 +1,4 @@
-#include "standalone/values.h"
+#include "standalone/private/values.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <limits>
 #include <random>
 
-#include "standalone/text_lines.h"
+#include "standalone/private/text_lines.h"
 
 namespace ondex {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "text_editing/private/utf8_line.h"
 #include "text_editing/text_boundaries.h"
-#include "text_editing/utf8_line.h"
 
 namespace cocoa {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "unicode/utf8.h"
+#include "unicode/utf8_text.h"
 
 namespace cocoa {
 namespace {

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <vector>
 
-#include "windows/x11_connection.h"
-#include "windows/x11_pointer.h"
+#include "windows/private/x11_connection.h"
+#include "windows/private/x11_pointer.h"
 #include "x_server.h"
 
 // No device of a virtual server scrolls smoothly: the events of one are written here as they travel.

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "windows/x11_resources.h"
+#include "windows/private/x11_resources.h"
 
 namespace cocoa {
 namespace {

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "quartz/CGContext.h"
+#include "quartz/private/color_model.h"
+#include "quartz/private/compositor.h"
+#include "quartz/private/counted.h"
+#include "quartz/private/coverage.h"
+#include "quartz/private/lines.h"
+#include "quartz/private/matrix.h"
+#include "quartz/private/path_data.h"
+#include "quartz/private/pixels.h"
+#include "quartz/private/shading_source.h"
+
+/// Private to this room: what a context consists of.
+///
+/// Everything that is drawn takes one road: a shape becomes coverage, and a source paints through it and the
+/// clip, which is coverage too. A shadow is coverage made of both, painted through the clip that was in force
+/// when it was set.
+
+namespace cocoa {
+
+struct ShadowState {
+  Rgba color;
+  double dx = 0;  ///< device pixels, downwards positive
+  double dy = 0;
+  double blur = 0;   ///< device pixels
+  Coverage landing;  ///< the clip in force when it was set
+  Coverage casting;  ///< what clips added later leave of that which casts it
+};
+
+struct GraphicsState {
+  Matrix ctm;  ///< from user space to device pixels
+  Coverage clip;
+
+  ColorModel fill_model = ColorModel::rgb;
+  ColorModel stroke_model = ColorModel::rgb;
+  Rgba fill;
+  Rgba stroke;
+  double alpha = 1;
+  Pen pen;
+  bool antialias = true;
+  bool has_shadow = false;
+  ShadowState shadow;
+};
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+/// What is drawn on: the bitmap, or a transparency layer, which has no pixels until something is drawn on it.
+struct Target {
+  /// Of a layer, or a bitmap that nobody brought memory for.
+  std::unique_ptr<uint32_t, FreeMemory> memory;
+  PixelView pixels;        ///< its bounds are the part of the bitmap that it stands for
+  PixelBounds painted;     ///< nothing was drawn outside of it
+  size_t first_state = 0;  ///< states up to it belong to the targets below
+
+  /// Gives it pixels without colour.
+  void allocate() {
+    const PixelBounds& bounds = pixels.bounds;
+    // Of fresh memory nothing is touched where nothing is drawn.
+    memory.reset(static_cast<uint32_t*>(std::calloc(
+        static_cast<size_t>(bounds.width()) * static_cast<size_t>(bounds.height()), sizeof(uint32_t))));
+    if (!memory)
+      std::abort();
+    pixels.data = memory.get();
+  }
+};
+
+/// A shape and what fills it.
+struct Part {
+  Coverage shape;
+  Source& source;
+};
+
+struct CGContext : Counted {
+  /// Draws into memory that the caller keeps, or, when it is null, into its own.
+  CGContext(const PixelView& bitmap, double device_pixels_a_point);
+
+  GraphicsState& state() { return states.back(); }
+  const GraphicsState& state() const { return states.back(); }
+  Target& target() { return targets.back(); }
+  const Target& target() const { return targets.back(); }
+
+  /// Intersects the clip with a path.
+  void clip(const PathData& path, FillRule rule);
+  /// What the path covers, at least as far as it can be seen.
+  Coverage fill_coverage(const PathData& path, FillRule rule);
+  /// The same for its stroke.
+  Coverage stroke_coverage(const PathData& path);
+  /// The alpha of the state is applied on top.
+  FineColor fine(const Rgba& color) const { return fine_color(color, state().alpha); }
+
+  /// Draws one object of several parts, later ones over earlier ones, with one shadow, through the clip.
+  void draw(std::span<const Part> parts);
+  void draw(const Coverage& shape, Source& source) {
+    const Part part{shape, source};
+    draw({&part, 1});
+  }
+  /// Pixels to draw on. Gives a layer its own.
+  const PixelView& pixels();
+
+  /// Takes the current path away, leaving an empty one. The result holds until the next call.
+  const PathData& take_path();
+  /// What can be seen of an object without limits, itself or by its shadow.
+  PixelBounds visible_bounds() const;
+
+  double scale;  ///< device pixels a point
+  Matrix base;   ///< from base space to device pixels
+  std::vector<Target> targets;
+  std::vector<GraphicsState> states;
+  PathData path;
+  ShadingTable shading_table;
+
+ private:
+  Coverage outline_coverage(FillRule rule);
+  void cast_shadow(std::span<const Part> parts);
+
+  PathData taken_;
+  Lines lines_;
+  Polygon outline_;
+  CoverageCache coverage_;
+};
+
+const PathData& path_data_of(const CGPath& path);
+
+}  // namespace cocoa

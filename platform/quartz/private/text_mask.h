@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "quartz/private/pixels.h"
+#include "quartz/private/text_lines.h"
+
+/// Private to this room: the picture of lines of text, made for one scale and one fraction of a pixel.
+
+namespace cocoa {
+
+struct TextMask {
+  double scale_x = 0;
+  double scale_y = 0;
+  int quarter = 0;     ///< where the text starts within a device pixel, in quarters
+  size_t lines = 0;    ///< how many of them it shows
+  PixelBounds bounds;  ///< from the pixel that the text starts in and the pixel row of the first baseline
+  int stride = 0;      ///< bytes a row; a multiple of four
+  std::vector<uint8_t> coverage;
+};
+
+/// Whether text of such a size is worth a mask.
+bool suits_mask(std::span<const TextLine> lines, double scale_x, double scale_y);
+TextMask make_text_mask(std::span<const TextLine> lines, double scale_x, double scale_y, int quarter);
+
+}  // namespace cocoa
