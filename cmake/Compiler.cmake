@@ -15,7 +15,7 @@ if(ONDEX_CGFLOAT_IS_FLOAT)
   add_compile_definitions(ONDEX_CGFLOAT_IS_FLOAT=1)
 endif()
 
-# Whether rooms and files choose a level of optimisation of their own: what is built to find faults compiles sooner
+# Whether modules and files choose a level of optimisation of their own: what is built to find faults compiles sooner
 # without.
 set(ONDEX_IS_FAST "$<NOT:$<OR:$<CONFIG:Debug>,$<BOOL:${ONDEX_SANITIZE}>>>")
 
@@ -31,7 +31,7 @@ if(ONDEX_SANITIZE)
 endif()
 
 if(ONDEX_BUILD_FUZZERS)
-  # The rooms are covered too, so that the fuzzer sees which ways its inputs take through them.
+  # The modules are covered too, so that the fuzzer sees which ways its inputs take through them.
   add_compile_options(-fsanitize=fuzzer-no-link)
   add_link_options(-fsanitize=fuzzer-no-link)
 endif()

@@ -4,7 +4,7 @@
 
 #include "foundation/NSBundle.h"
 #include "foundation/NSLog.h"
-#include "foundation/memory_room.h"
+#include "foundation/available_memory.h"
 
 namespace ondex {
 

@@ -6,7 +6,7 @@
 
 #include "appkit/NSApplication.h"
 #include "factory/bundle_classes.h"
-#include "foundation/memory_room.h"
+#include "foundation/available_memory.h"
 #include "hosting/audio_unit_host.h"
 #include "windows/pixel_geometry.h"
 #include "windows/x11.h"

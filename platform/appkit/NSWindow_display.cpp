@@ -5,7 +5,7 @@
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSWindow.h"
 #include "foundation/NSLog.h"
-#include "foundation/memory_room.h"
+#include "foundation/available_memory.h"
 #include "quartz/CGBitmapContext.h"
 #include "windows/pixel_geometry.h"
 

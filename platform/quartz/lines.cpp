@@ -6,7 +6,8 @@
 #include <cmath>
 #include <numbers>
 
-// Compiled for size with the rest of the room, instead of taken from the library, where it is twice as large.
+// Compiled for size with the rest of the module, instead of taken from the library, where it is twice as
+// large.
 template class agg::math_stroke<agg::pod_bvector<agg::point_d, 6>>;
 
 namespace cocoa {

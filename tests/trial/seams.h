@@ -5,7 +5,7 @@
 #include "manual_clock.h"
 #include "windows/headless.h"
 
-/// A program with the trial has no display and no clock of its own: what the rooms ask the machine for they
+/// A program with the trial has no display and no clock of its own: what the modules ask the machine for they
 /// get from here, as seams.cpp is linked in place of their own.
 
 namespace ondex::trial {

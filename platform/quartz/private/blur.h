@@ -5,7 +5,7 @@
 
 #include "quartz/private/pixels.h"
 
-/// Private to this room: the softness of shadows.
+/// The softness of shadows.
 
 namespace cocoa {
 

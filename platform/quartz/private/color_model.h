@@ -7,7 +7,7 @@
 #include "quartz/CGColor.h"
 #include "quartz/private/counted.h"
 
-/// Private to this room: what colours are made of.
+/// What colours are made of.
 
 namespace cocoa {
 

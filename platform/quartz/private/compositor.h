@@ -8,7 +8,7 @@
 #include "quartz/private/coverage.h"
 #include "quartz/private/pixels.h"
 
-/// Private to this room: colours through coverage over pixels.
+/// Colours through coverage over pixels.
 
 namespace cocoa {
 

@@ -18,7 +18,7 @@
 #include "quartz/private/pixels.h"
 #include "quartz/private/shading_source.h"
 
-/// Private to this room: what a context consists of.
+/// What a context consists of.
 ///
 /// Everything that is drawn takes one road: a shape becomes coverage, and a source paints through it and the
 /// clip, which is coverage too. A shadow is coverage made of both, painted through the clip that was in force

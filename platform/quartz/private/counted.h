@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-/// Private to this room: the reference counting of Quartz objects.
+/// The reference counting of Quartz objects.
 
 namespace cocoa {
 

@@ -11,7 +11,7 @@
 #include "quartz/private/polygon.h"
 #include "quartz/private/rasterizer.h"
 
-/// Private to this room: how much of each pixel a shape, or a clip, covers.
+/// How much of each pixel a shape, or a clip, covers.
 
 namespace cocoa {
 

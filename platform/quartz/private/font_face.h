@@ -15,7 +15,7 @@
 #include "quartz/private/path_data.h"
 #include "quartz/private/pixels.h"
 
-/// Private to this room: one face of a font file, as a user wants it to be drawn.
+/// One face of a font file, as a user wants it to be drawn.
 
 namespace cocoa {
 

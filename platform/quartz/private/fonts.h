@@ -12,7 +12,7 @@
 
 #include "quartz/private/font_face.h"
 
-/// Private to this room: the fonts that the user's configuration has for a style.
+/// The fonts that the user's configuration has for a style.
 
 namespace cocoa {
 

@@ -7,7 +7,7 @@
 #include "quartz/private/pixels.h"
 #include "quartz/private/polygon.h"
 
-/// Private to this room: paths whose curves have become lines, and what filling and stroking makes of them.
+/// Paths whose curves have become lines, and what filling and stroking makes of them.
 
 namespace cocoa {
 

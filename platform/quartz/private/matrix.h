@@ -6,7 +6,7 @@
 #include "quartz/CGAffineTransform.h"
 #include "quartz/private/pixels.h"
 
-/// Private to this room: transforms in double precision whatever CGFloat is.
+/// Transforms in double precision whatever CGFloat is.
 
 namespace cocoa {
 

@@ -9,7 +9,7 @@
 #include "quartz/private/matrix.h"
 #include "quartz/private/pixels.h"
 
-/// Private to this room: the segments of a path, in whatever space its points were transformed to when they
+/// The segments of a path, in whatever space its points were transformed to when they
 /// were added. Points that are not finite leave it as it was.
 
 namespace cocoa {

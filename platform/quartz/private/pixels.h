@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-/// Private to this room: places in device pixels.
+/// Places in device pixels.
 
 namespace cocoa {
 

@@ -4,7 +4,7 @@
 
 #include "quartz/private/compositor.h"
 
-/// Private to this room: pictures in files.
+/// Pictures in files.
 
 namespace cocoa {
 

@@ -7,7 +7,7 @@
 
 #include "quartz/private/pixels.h"
 
-/// Private to this room: outlines of straight lines.
+/// Outlines of straight lines.
 
 namespace cocoa {
 

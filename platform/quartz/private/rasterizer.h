@@ -6,7 +6,7 @@
 
 #include "quartz/private/polygon.h"
 
-/// Private to this room: from outlines to coverage.
+/// From outlines to coverage.
 
 namespace cocoa {
 

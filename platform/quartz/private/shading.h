@@ -8,7 +8,7 @@
 #include "quartz/private/color_model.h"
 #include "quartz/private/counted.h"
 
-/// Private to this room: what functions and shadings consist of.
+/// What functions and shadings consist of.
 
 namespace cocoa {
 

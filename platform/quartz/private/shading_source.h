@@ -8,7 +8,7 @@
 #include "quartz/private/pixels.h"
 #include "quartz/private/shading.h"
 
-/// Private to this room: the colours of a shading in device pixels.
+/// The colours of a shading in device pixels.
 
 namespace cocoa {
 

@@ -9,7 +9,7 @@
 
 #include "quartz/private/fonts.h"
 
-/// Private to this room: a line of text as glyphs, from left to right in the order of the text.
+/// A line of text as glyphs, from left to right in the order of the text.
 
 namespace cocoa {
 

@@ -12,7 +12,7 @@
 #include "quartz/private/text_mask.h"
 #include "quartz/text.h"
 
-/// Private to this room: text set into lines, and the lines' pictures, kept because the same few strings are
+/// Text set into lines, and the lines' pictures, kept because the same few strings are
 /// drawn over and over.
 
 namespace cocoa {

@@ -6,7 +6,7 @@
 #include "quartz/private/shaped_text.h"
 #include "quartz/text.h"
 
-/// Private to this room: text divided into lines.
+/// Text divided into lines.
 
 namespace cocoa {
 

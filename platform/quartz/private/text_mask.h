@@ -8,7 +8,7 @@
 #include "quartz/private/pixels.h"
 #include "quartz/private/text_lines.h"
 
-/// Private to this room: the picture of lines of text, made for one scale and one fraction of a pixel.
+/// The picture of lines of text, made for one scale and one fraction of a pixel.
 
 namespace cocoa {
 

@@ -15,8 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// One room as the build sees it.
-struct Room {
+/// One module as the build sees it.
+struct Module {
   std::string name;
   std::vector<std::string> include_dirs;  ///< that its sources are compiled with
   std::vector<std::string> public_headers;
@@ -34,35 +34,35 @@ std::vector<std::string> headers_in(const fs::path& folder, const std::string& p
   return headers;
 }
 
-std::vector<Room> all_rooms() {
-  std::vector<Room> rooms;
-  std::ifstream list(ONDEX_ROOMS);
+std::vector<Module> all_modules() {
+  std::vector<Module> modules;
+  std::ifstream list(ONDEX_MODULES);
   std::string line;
   while (std::getline(list, line)) {
     std::istringstream words(line);
     std::string dirs;
     std::string folder;
-    Room room;
-    words >> room.name >> dirs >> folder;
+    Module module;
+    words >> module.name >> dirs >> folder;
     std::istringstream parts(dirs);
     for (std::string dir; std::getline(parts, dir, ':');)
-      room.include_dirs.push_back(dir);
-    room.public_headers = headers_in(folder, room.name + "/");
-    room.private_headers = headers_in(fs::path(folder) / "private", room.name + "/private/");
-    rooms.push_back(room);
+      module.include_dirs.push_back(dir);
+    module.public_headers = headers_in(folder, module.name + "/");
+    module.private_headers = headers_in(fs::path(folder) / "private", module.name + "/private/");
+    modules.push_back(module);
   }
-  return rooms;
+  return modules;
 }
 
-/// Which of the headers the compiler finds for sources of `room`.
-std::set<std::string> found_from(const Room& room, const std::vector<std::string>& headers) {
-  const fs::path probe = fs::path(testing::TempDir()) / ("walls_of_" + room.name + ".cpp");
+/// Which of the headers the compiler finds for sources of `module`.
+std::set<std::string> found_from(const Module& module, const std::vector<std::string>& headers) {
+  const fs::path probe = fs::path(testing::TempDir()) / ("headers_seen_by_" + module.name + ".cpp");
   std::ofstream source(probe);
   for (const std::string& header : headers)
     source << "#if __has_include(\"" << header << "\")\nfound " << header << "\n#endif\n";
   source.close();
   std::string command = std::string(ONDEX_COMPILER) + " -E -P";
-  for (const std::string& dir : room.include_dirs)
+  for (const std::string& dir : module.include_dirs)
     command += " -I'" + dir + "'";
   std::FILE* output = popen((command + " '" + probe.string() + "'").c_str(), "r");
   std::set<std::string> found;
@@ -82,12 +82,12 @@ std::set<std::string> without(std::set<std::string> some, const std::set<std::st
   return some;
 }
 
-/// The house from the ground up: whose public headers each room may include besides its own.
+/// From the ground up: whose public headers each module may include besides its own.
 const std::map<std::string, std::set<std::string>>& neighbours() {
   static const std::set<std::string> appkit = {"appkit", "windows", "text_editing", "quartz", "foundation"};
-  static const auto with = [](std::set<std::string> rooms, const std::set<std::string>& more) {
-    rooms.insert(more.begin(), more.end());
-    return rooms;
+  static const auto with = [](std::set<std::string> modules, const std::set<std::string>& more) {
+    modules.insert(more.begin(), more.end());
+    return modules;
   };
   static const std::set<std::string> controls = with(appkit, {"drawing"});
   static const std::set<std::string> editor =
@@ -115,41 +115,41 @@ const std::map<std::string, std::set<std::string>>& neighbours() {
   return map;
 }
 
-TEST(Walls, EveryRoomHasAPlaceInTheHouse) {
+TEST(Modules, EveryOneHasItsPlace) {
   std::set<std::string> built;
-  for (const Room& room : all_rooms())
-    built.insert(room.name);
+  for (const Module& module : all_modules())
+    built.insert(module.name);
   std::set<std::string> known;
-  for (const auto& [room, others] : neighbours())
-    known.insert(room);
+  for (const auto& [module, others] : neighbours())
+    known.insert(module);
   EXPECT_EQ(built, known);
 }
 
-TEST(Walls, ARoomIncludesThePublicHeadersOfItsNeighboursAndNothingElse) {
-  const std::vector<Room> rooms = all_rooms();
+TEST(Modules, OneIncludesThePublicHeadersOfItsNeighboursAndNothingElse) {
+  const std::vector<Module> modules = all_modules();
   std::vector<std::string> headers;
-  for (const Room& room : rooms) {
-    headers.insert(headers.end(), room.public_headers.begin(), room.public_headers.end());
-    headers.insert(headers.end(), room.private_headers.begin(), room.private_headers.end());
+  for (const Module& module : modules) {
+    headers.insert(headers.end(), module.public_headers.begin(), module.public_headers.end());
+    headers.insert(headers.end(), module.private_headers.begin(), module.private_headers.end());
   }
   ASSERT_GT(headers.size(), 150U);
-  for (const Room& room : rooms) {
-    ASSERT_TRUE(neighbours().contains(room.name)) << room.name;
-    std::set<std::string> allowed(room.private_headers.begin(), room.private_headers.end());
-    for (const Room& other : rooms) {
-      if (other.name == room.name || neighbours().at(room.name).contains(other.name))
+  for (const Module& module : modules) {
+    ASSERT_TRUE(neighbours().contains(module.name)) << module.name;
+    std::set<std::string> allowed(module.private_headers.begin(), module.private_headers.end());
+    for (const Module& other : modules) {
+      if (other.name == module.name || neighbours().at(module.name).contains(other.name))
         allowed.insert(other.public_headers.begin(), other.public_headers.end());
     }
-    const std::set<std::string> found = found_from(room, headers);
-    EXPECT_EQ(without(found, allowed), std::set<std::string>{}) << "are found from " << room.name;
-    EXPECT_EQ(without(allowed, found), std::set<std::string>{}) << "are not found from " << room.name;
+    const std::set<std::string> found = found_from(module, headers);
+    EXPECT_EQ(without(found, allowed), std::set<std::string>{}) << "are found from " << module.name;
+    EXPECT_EQ(without(allowed, found), std::set<std::string>{}) << "are not found from " << module.name;
   }
 }
 
 // What a control must never see, by name.
-TEST(Walls, AKnobKnowsNothingOfServersFilesAndMenus) {
-  for (const Room& room : all_rooms()) {
-    if (room.name != "knob")
+TEST(Modules, AKnobKnowsNothingOfServersFilesAndMenus) {
+  for (const Module& module : all_modules()) {
+    if (module.name != "knob")
       continue;
     const std::vector<std::string> inner = {"windows/private/x11_window.h",
                                             "windows/x11_window.h",
@@ -161,8 +161,8 @@ TEST(Walls, AKnobKnowsNothingOfServersFilesAndMenus) {
                                             "appkit/menu_tracking.h",
                                             "editor/KVOndexView.h",
                                             "audio_unit/AudioUnit.h"};
-    EXPECT_EQ(found_from(room, inner), std::set<std::string>{});
-    EXPECT_EQ(found_from(room, {"appkit/NSView.h", "drawing/capsule.h"}).size(), 2U);
+    EXPECT_EQ(found_from(module, inner), std::set<std::string>{});
+    EXPECT_EQ(found_from(module, {"appkit/NSView.h", "drawing/capsule.h"}).size(), 2U);
   }
 }
 

@@ -1,4 +1,4 @@
-#include "foundation/memory_room.h"
+#include "foundation/available_memory.h"
 
 #include <sys/mman.h>
 
