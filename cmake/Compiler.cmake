@@ -8,6 +8,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
                     -Woverloaded-virtual -Wformat=2 -Werror)
+if(CMAKE_UNITY_BUILD)
+  # One file's local names are global to the next when several are compiled as one.
+  add_compile_options(-Wno-shadow)
+endif()
 # The formulas are compared with numbers worked out elsewhere: no fused operations.
 add_compile_options(-ffp-contract=off)
 

@@ -8,7 +8,7 @@ using namespace cocoa;
 
 namespace {
 
-constexpr CGFloat title_size = 12;
+constexpr CGFloat button_title_size = 12;
 constexpr two_color_info button_body_colors = greys(0.1, 1, 0.75, 0.5);
 constexpr two_color_info button_shine_colors = greys(1, 0.99, 1, 1);
 
@@ -20,7 +20,7 @@ const Class KV_Ondex_Button_View::class_ = {
     .initWithFrame = [](NSRect frame) { return Ref<NSObject>(make<KV_Ondex_Button_View>(frame)); }};
 
 KV_Ondex_Button_View::KV_Ondex_Button_View(NSRect frame)
-    : KV_Ondex_Label_View(frame, NSFont::titleBarFontOfSize(title_size).get()) {}
+    : KV_Ondex_Label_View(frame, NSFont::titleBarFontOfSize(button_title_size).get()) {}
 
 void KV_Ondex_Button_View::set_callback_onObject(SEL selector, NSObject* host) {
   _callback.set(selector, host, *this);

@@ -14,7 +14,7 @@ using namespace cocoa;
 namespace {
 
 constexpr CGFloat menu_cap_width = 15;
-constexpr CGFloat title_size = 9;
+constexpr CGFloat menu_title_size = 9;
 
 // Of an end cap: colour A at the inner edge, colour B towards the tip.
 constexpr CGFloat idle_inner[] = {CGFloat(0.0125), CGFloat(0.0125), CGFloat(0.0425)};
@@ -62,7 +62,7 @@ KV_Ondex_Menu_View::KV_Ondex_Menu_View(NSRect frame)
       right_rect(right_cap_rect(bounds(), menu_cap_width)),
       line_color(NSColor::colorWithDeviceWhite_alpha(0, 1)),
       title_string_attributes(
-          centred_text_attributes(NSFont::systemFontOfSize(title_size).get(), line_color.get())) {}
+          centred_text_attributes(NSFont::systemFontOfSize(menu_title_size).get(), line_color.get())) {}
 
 void KV_Ondex_Menu_View::set_menu_button(NSPopUpButton* button) {
   if (button && !isDescendantOf(button))

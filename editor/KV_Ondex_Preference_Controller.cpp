@@ -11,16 +11,16 @@ namespace {
 
 using Controller = KV_Ondex_Preference_Controller;
 
-constexpr WeakOutlet weak_outlets[] = {
+constexpr WeakOutlet preference_weak_outlets[] = {
     weak_outlet<&Controller::_info_color_well>("_info_color_well"),
     weak_outlet<&Controller::_readout_color_well>("_readout_color_well"),
     weak_outlet<&Controller::panel_view>("panel_view"),
 };
-constexpr auto outlets = outlets_of(weak_outlets);
+constexpr auto preference_outlets = outlets_of(preference_weak_outlets);
 
 constexpr SEL change_ended_selector("colorChangeEnded:");
 
-constexpr Action actions[] = {
+constexpr Action preference_actions[] = {
     {SEL("changeColor:"), MethodAction<&Controller::changeColor>::perform},
     {change_ended_selector, MethodAction<&Controller::colorChangeEnded>::perform},
 };
@@ -40,8 +40,8 @@ const Class KV_Ondex_Preference_Controller::class_ = {
     .name = "KV_Ondex_Preference_Controller",
     .superclass = &NSWindowController::class_,
     .init = [] { return Ref<NSObject>(make<KV_Ondex_Preference_Controller>()); },
-    .outlets = outlets,
-    .actions = actions};
+    .outlets = preference_outlets,
+    .actions = preference_actions};
 
 KV_Ondex_Preference_Controller::KV_Ondex_Preference_Controller()
     : NSWindowController("KV_Ondex_Preferences"), writing_(&synchronize_color_preferences) {}
@@ -54,7 +54,7 @@ KV_Ondex_Preference_Controller::~KV_Ondex_Preference_Controller() {
 
 void KV_Ondex_Preference_Controller::windowDidLoad() {
   // By now a well that nobody keeps has gone, too.
-  log_missing_outlets(*this, weak_outlets);
+  log_missing_outlets(*this, preference_weak_outlets);
   refresh_color_preferences();
   prepare(_info_color_well, info_color_preference);
   prepare(_readout_color_well, readout_color_preference);

@@ -54,7 +54,7 @@ bool open_entry(NSWindow& window, HeadlessWindowSystem& system, unsigned paramet
 }
 
 /// Longer than the editor collects changes before it shows them.
-constexpr double until_shown = 0.1;
+constexpr double until_settled = 0.1;
 
 /// Null, after a line in the log, when it cannot be opened.
 NSWindow* shown_window(EditorWindow& editor, HeadlessWindowSystem& system, const Options& options) {
@@ -82,7 +82,7 @@ int run_screenshot(const Options& options) {
     HeadlessWindowSystem system(clock, options.scale.value_or(1.0));
     EditorWindow editor(system, options.changes);
     if (editor.open()) {
-      clock.advance(until_shown);
+      clock.advance(until_settled);
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
       NSWindow* shown = shown_window(editor, system, options);
       // Windows show when the window system says so, and are drawn on the turn after.

@@ -17,8 +17,8 @@ const Class NSPopUpButton::class_ = {
 
 namespace {
 
-constexpr CGFloat title_size = 11;
-constexpr CGFloat title_inset = 8;
+constexpr CGFloat pop_up_title_size = 11;
+constexpr CGFloat pop_up_title_inset = 8;
 constexpr CGFloat arrows_width = 16;
 
 /// Two arrow heads, away from each other, about a point.
@@ -119,13 +119,13 @@ void NSPopUpButton::drawRect(NSRect) {
   draw_arrows(context, NSMaxX(bounds()) - arrows_width / 2 - 2, NSHeight(bounds()) / 2);
 
   const auto attributes = make<NSMutableDictionary>();
-  attributes->setObject_forKey(NSFont::systemFontOfSize(title_size).get(), NSFontAttributeName);
+  attributes->setObject_forKey(NSFont::systemFontOfSize(pop_up_title_size).get(), NSFontAttributeName);
   attributes->setObject_forKey(NSColor::colorWithDeviceWhite_alpha(CGFloat(0.9), 1).get(),
                                NSForegroundColorAttributeName);
   const Ref<NSString> title = cell_->titleOfSelectedItem();
   const CGFloat height = sizeWithAttributes(title.get(), attributes.get()).height;
-  const NSRect place = NSMakeRect(title_inset, (NSHeight(bounds()) - height) / 2,
-                                  NSWidth(bounds()) - title_inset - arrows_width - 2, height);
+  const NSRect place = NSMakeRect(pop_up_title_inset, (NSHeight(bounds()) - height) / 2,
+                                  NSWidth(bounds()) - pop_up_title_inset - arrows_width - 2, height);
   drawInRect_withAttributes(title.get(), place, attributes.get());
 }
 

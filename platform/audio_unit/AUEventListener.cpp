@@ -32,7 +32,7 @@ OSStatus check(const AudioUnitEvent* event) {
   return units.find(unit) ? noErr : badComponentInstance;
 }
 
-bool is_any_parameter(const AudioUnitEvent& event) {
+bool names_any_parameter(const AudioUnitEvent& event) {
   return event.mEventType != kAudioUnitEvent_PropertyChange &&
          event.mArgument.mParameter.mParameterID == kAUParameterListener_AnyParameter;
 }
@@ -98,7 +98,7 @@ OSStatus AUEventListenerAddEventType(AUEventListenerRef inListener, void* inObje
     return kAudio_ParamError;
   if (const OSStatus status = check(inEvent); status != noErr)
     return status;
-  if (is_any_parameter(*inEvent))
+  if (names_any_parameter(*inEvent))
     return kAudioUnitErr_InvalidParameter;
   listener->add(inObject, *inEvent);
   return noErr;

@@ -20,16 +20,12 @@
 
 namespace cocoa {
 
-namespace {
-
-enum Step : std::uint8_t { step_poll, step_source, step_timer, step_observe, step_count };
-
-}  // namespace
+enum CFRunLoopStep : std::uint8_t { step_poll, step_source, step_timer, step_observe, step_count };
 
 /// Owned by its attachment, so that neither a list nor a step ever destroys a callback in mid-change; a step
 /// holds it too while it runs, so that its attachment may go meanwhile.
 struct CFRunLoop::Item {
-  Step step = step_poll;
+  CFRunLoopStep step = step_poll;
   std::function<bool()> perform;
   double fire_date = 0;
   bool attached = true;
@@ -70,7 +66,7 @@ class CFRunLoop::WakeDescriptor {
 struct CFRunLoop::Impl {
   using ItemRef = std::shared_ptr<Item>;
 
-  ItemRef add(Step step, std::function<bool()> perform, double fire_date = 0);
+  ItemRef add(CFRunLoopStep step, std::function<bool()> perform, double fire_date = 0);
   void remove(const ItemRef& item) { std::erase(items[item->step], item); }
   bool isEmpty() const {
     return items[step_poll].empty() && items[step_source].empty() && items[step_timer].empty();
@@ -88,7 +84,7 @@ struct CFRunLoop::Impl {
   bool turning = false;
 };
 
-CFRunLoop::Impl::ItemRef CFRunLoop::Impl::add(Step step, std::function<bool()> perform, double fire_date) {
+CFRunLoop::Impl::ItemRef CFRunLoop::Impl::add(CFRunLoopStep step, std::function<bool()> perform, double fire_date) {
   auto item = std::make_shared<Item>();
   item->step = step;
   item->perform = std::move(perform);

@@ -12,7 +12,7 @@ struct CGPath : Counted {
 
 namespace {
 
-DevicePoint point(CGFloat x, CGFloat y) {
+DevicePoint device_point(CGFloat x, CGFloat y) {
   return {static_cast<double>(x), static_cast<double>(y)};
 }
 
@@ -50,19 +50,21 @@ void CGPathAddLineToPoint(CGMutablePathRef path, const CGAffineTransform* m, CGF
 void CGPathAddCurveToPoint(CGMutablePathRef path, const CGAffineTransform* m, CGFloat cp1x, CGFloat cp1y,
                            CGFloat cp2x, CGFloat cp2y, CGFloat x, CGFloat y) {
   if (path)
-    path->data.curve_to(matrix_from(m), {point(cp1x, cp1y), point(cp2x, cp2y), point(x, y)});
+    path->data.curve_to(matrix_from(m),
+                        {device_point(cp1x, cp1y), device_point(cp2x, cp2y), device_point(x, y)});
 }
 void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* m, CGFloat x, CGFloat y, CGFloat radius,
                   CGFloat startAngle, CGFloat endAngle, bool clockwise) {
   if (path) {
-    path->data.add_arc(matrix_from(m), point(x, y), static_cast<double>(radius),
+    path->data.add_arc(matrix_from(m), device_point(x, y), static_cast<double>(radius),
                        static_cast<double>(startAngle), static_cast<double>(endAngle), clockwise);
   }
 }
 void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* m, CGFloat x1, CGFloat y1,
                          CGFloat x2, CGFloat y2, CGFloat radius) {
   if (path)
-    path->data.add_arc_to_point(matrix_from(m), point(x1, y1), point(x2, y2), static_cast<double>(radius));
+    path->data.add_arc_to_point(matrix_from(m), device_point(x1, y1), device_point(x2, y2),
+                                static_cast<double>(radius));
 }
 void CGPathAddEllipseInRect(CGMutablePathRef path, const CGAffineTransform* m, CGRect rect) {
   if (path)
@@ -97,7 +99,7 @@ bool CGPathContainsPoint(CGPathRef path, const CGAffineTransform* m, CGPoint p, 
   if (!path)
     return false;
   const CGPoint moved = m ? CGPointApplyAffineTransform(p, *m) : p;
-  return path->data.contains(point(moved.x, moved.y), eoFill);
+  return path->data.contains(device_point(moved.x, moved.y), eoFill);
 }
 
 }  // namespace cocoa

@@ -106,7 +106,7 @@ TEST(NSView, SubviewsFollowAsTheirAutoresizingMasksSay) {
   EXPECT_EQ(middle->frame(), NSMakeRect(60, 70, 20, 20));
 }
 
-class Listener : public NSView {
+class EventListener : public NSView {
  public:
   using NSView::NSView;
   void scrollWheel(NSEvent*) override { ++wheels; }
@@ -114,7 +114,7 @@ class Listener : public NSView {
 };
 
 TEST(NSView, PassesOnWhatItDoesNotHandle) {
-  const auto listener = make<Listener>(NSMakeRect(0, 0, 10, 10));
+  const auto listener = make<EventListener>(NSMakeRect(0, 0, 10, 10));
   const auto child = view_at(0, 0, 10, 10);
   listener->addSubview(child.get());
   child->scrollWheel(make<NSEvent>(WindowEvent{}, nullptr).get());

@@ -5,9 +5,9 @@ namespace cocoa {
 namespace {
 
 /// Keeps what it is told of the mouse.
-class Listener : public NSView {
+class MovableListener : public NSView {
  public:
-  Listener(NSRect frame, bool moves_window) : NSView(frame), moves_window_(moves_window) {}
+  MovableListener(NSRect frame, bool moves_window) : NSView(frame), moves_window_(moves_window) {}
   bool mouseDownCanMoveWindow() const override { return moves_window_; }
   void mouseDragged(NSEvent*) override { ++drags; }
   int drags = 0;
@@ -40,8 +40,8 @@ class WindowMoving : public WindowFixture {
     turn();
   }
 
-  Ref<Listener> ground = make<Listener>(NSMakeRect(0, 0, 50, 80), true);
-  Ref<Listener> control = make<Listener>(NSMakeRect(50, 0, 50, 80), false);
+  Ref<MovableListener> ground = make<MovableListener>(NSMakeRect(0, 0, 50, 80), true);
+  Ref<MovableListener> control = make<MovableListener>(NSMakeRect(50, 0, 50, 80), false);
   Ref<NSWindow> window = make<NSWindow>(NSMakeRect(50, 60, 100, 80), NSTitledWindowMask);
 };
 

@@ -11,8 +11,8 @@ using namespace cocoa;
 using test::DrawnView;
 using test::Pixel;
 
-constexpr double width = 80;
-constexpr double height = 60;
+constexpr double box_width = 80;
+constexpr double box_height = 60;
 
 /// Its border runs along its bounds. The outline's middle lies 4.5 points inside, 1.5 points wide; its shadow
 /// is the same shape 0.75 points to the left and 1.5 points lower, blurred by 1.5 points.
@@ -42,21 +42,21 @@ class BoxDrawing : public testing::TestWithParam<double> {};
 TEST_P(BoxDrawing, IsATranslucentBlackOutlineWithinTheBorder) {
   const DrawnView drawn(*untitled(), GetParam());
   expect_outline(drawn.at(4.2, 30));
-  expect_outline(drawn.at(width - 4.6, 30));
+  expect_outline(drawn.at(box_width - 4.6, 30));
   expect_outline(drawn.at(40, 4.2));
-  expect_outline(drawn.at(40, height - 4.6));
+  expect_outline(drawn.at(40, box_height - 4.6));
 }
 
 TEST_P(BoxDrawing, CastsAFaintWhiteShadowDownAndToTheLeft) {
   const DrawnView drawn(*untitled(), GetParam());
   expect_shadow(drawn.at(2.7, 30));
   expect_shadow(drawn.at(40, 2.2));
-  expect_shadow(drawn.at(40, height - 6.8));
+  expect_shadow(drawn.at(40, box_height - 6.8));
   // The soft edge is rounded up: a pixel that it barely touches has one step of alpha.
   constexpr double one_step = 1.5 / 255;
   EXPECT_LE(drawn.at(7.5, 30).alpha, one_step) << "right of the left side";
-  EXPECT_LE(drawn.at(width - 1.6, 30).alpha, one_step) << "right of the right side";
-  EXPECT_LE(drawn.at(40, height - 1.6).alpha, one_step) << "above the top side";
+  EXPECT_LE(drawn.at(box_width - 1.6, 30).alpha, one_step) << "right of the right side";
+  EXPECT_LE(drawn.at(40, box_height - 1.6).alpha, one_step) << "above the top side";
 }
 
 TEST_P(BoxDrawing, DrawsNothingInside) {
@@ -68,10 +68,10 @@ TEST_P(BoxDrawing, DrawsNothingInside) {
 TEST_P(BoxDrawing, HasCornersOfTenPoints) {
   const DrawnView drawn(*untitled(), GetParam());
   // The middle of a corner lies 10 - 10 / sqrt(2) = 2.929 points inside the sides.
-  EXPECT_GE(drawn.at(width - 7.43, height - 7.43).alpha, 0.2);
+  EXPECT_GE(drawn.at(box_width - 7.43, box_height - 7.43).alpha, 0.2);
   EXPECT_GE(drawn.at(7.43, 7.43).alpha, 0.2);
-  EXPECT_EQ(drawn.at(width - 4.5, height - 4.5), Pixel{});
-  EXPECT_EQ(drawn.at(4.5, height - 4.5), Pixel{});
+  EXPECT_EQ(drawn.at(box_width - 4.5, box_height - 4.5), Pixel{});
+  EXPECT_EQ(drawn.at(4.5, box_height - 4.5), Pixel{});
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, BoxDrawing, testing::Values(1.0, 2.0));

@@ -20,7 +20,7 @@ using test::shine;
 
 constexpr double width = 60;
 constexpr double height = 20;
-constexpr NSRect frame = {{7, 3}, {60, 20}};
+constexpr NSRect capsule_frame = {{7, 3}, {60, 20}};
 
 void expect_pixel(const Pixel& actual, const Pixel& expected) {
   EXPECT_LE(distance(actual, expected), 1.5) << actual << " is not " << expected;
@@ -28,7 +28,7 @@ void expect_pixel(const Pixel& actual, const Pixel& expected) {
 
 /// A capsule without letters: nothing hides its colours.
 template <typename View>
-Ref<View> blank(NSRect rect = frame) {
+Ref<View> blank(NSRect rect = capsule_frame) {
   auto view = make<View>(rect);
   view->set_description(make<NSString>("").get());
   return view;

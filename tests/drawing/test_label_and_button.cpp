@@ -17,7 +17,7 @@ using test::DrawnView;
 using test::Pixel;
 using test::RecordingHost;
 
-constexpr NSRect frame = {{0, 0}, {80, 14}};
+constexpr NSRect label_frame = {{0, 0}, {80, 14}};
 
 class Label : public KV_Ondex_Label_View {
  public:
@@ -61,7 +61,7 @@ Extent ink_of(const DrawnView& drawn, double scale, IsInk is_ink) {
 }
 
 TEST(Label, AFreshOneShowsThreeDashesInBlueInTheCentre) {
-  const auto label = make<Label>(frame);
+  const auto label = make<Label>(label_frame);
   EXPECT_EQ(label->description()->view(), "---");
   EXPECT_TRUE(label->_info_color->isEqual(NSColor::blueColor().get()));
   constexpr double scale = 4;
@@ -72,7 +72,7 @@ TEST(Label, AFreshOneShowsThreeDashesInBlueInTheCentre) {
 }
 
 TEST(Label, TextAttributesAreACentredCaption) {
-  const auto label = make<Label>(frame);
+  const auto label = make<Label>(label_frame);
   const NSMutableDictionary& attributes = *label->_info_string_attributes;
   EXPECT_EQ(attributes.count(), 3U);
   EXPECT_EQ(attribute<NSFont>(attributes, NSFontAttributeName)->pointSize(), 9);
@@ -83,7 +83,7 @@ TEST(Label, TextAttributesAreACentredCaption) {
 }
 
 TEST(Button, TextAttributesAreACentredTitle) {
-  const auto button = make<Button>(frame);
+  const auto button = make<Button>(label_frame);
   const NSMutableDictionary& attributes = *button->_info_string_attributes;
   EXPECT_EQ(attribute<NSFont>(attributes, NSFontAttributeName)->pointSize(), 12);
   EXPECT_TRUE(attribute<NSFont>(attributes, NSFontAttributeName)->isBold());
@@ -92,7 +92,7 @@ TEST(Button, TextAttributesAreACentredTitle) {
 }
 
 TEST(Label, NullTextAndNullColorAreIgnored) {
-  const auto label = make<Label>(frame);
+  const auto label = make<Label>(label_frame);
   const auto color = device_color(1, 0, 0);
   label->set_description(make<NSString>("Left").get());
   label->set_colors_for_info(color.get());
@@ -106,7 +106,7 @@ TEST(Label, KeepsTheTextAndColorItIsGivenAndReleasesThem) {
   const auto text = make<NSString>("Right");
   const auto color = device_color(1, 0, 0);
   {
-    const auto label = make<Label>(frame);
+    const auto label = make<Label>(label_frame);
     label->set_description(text.get());
     label->set_colors_for_info(color.get());
     EXPECT_EQ(text->retainCount(), 2U);
@@ -123,7 +123,7 @@ TEST(Label, KeepsTheTextAndColorItIsGivenAndReleasesThem) {
 }
 
 TEST(Label, ANewColorReplacesNothingButTheForeground) {
-  const auto label = make<Label>(frame);
+  const auto label = make<Label>(label_frame);
   const NSObject* style = label->_info_string_attributes->objectForKey(NSParagraphStyleAttributeName);
   const auto color = device_color(1, 0, 0);
   label->set_colors_for_info(color.get());
@@ -135,7 +135,7 @@ TEST(Label, ANewColorReplacesNothingButTheForeground) {
 TEST(Label, TheGlassLiesOverTheLetters) {
   const auto red = device_color(1, 0, 0);
   for (const double scale : {1.0, 2.0}) {
-    const auto label = make<Label>(frame);
+    const auto label = make<Label>(label_frame);
     label->set_colors_for_info(red.get());
     label->set_description(make<NSString>("\u2588\u2588\u2588").get());  // full blocks: ink without gaps
     const DrawnView drawn(*label, scale);
@@ -157,13 +157,13 @@ TEST(Label, OfFourThousandMillionPointsHasALeftEnd) {
 }
 
 TEST(Label, APressNeverDragsTheWindow) {
-  EXPECT_FALSE(make<Label>(frame)->mouseDownCanMoveWindow());
-  EXPECT_FALSE(make<Button>(frame)->mouseDownCanMoveWindow());
+  EXPECT_FALSE(make<Label>(label_frame)->mouseDownCanMoveWindow());
+  EXPECT_FALSE(make<Button>(label_frame)->mouseDownCanMoveWindow());
 }
 
 TEST(Label, IsMadeByItsClass) {
-  const Ref<NSObject> label = KV_Ondex_Label_View::class_.initWithFrame(frame);
-  const Ref<NSObject> button = KV_Ondex_Button_View::class_.initWithFrame(frame);
+  const Ref<NSObject> label = KV_Ondex_Label_View::class_.initWithFrame(label_frame);
+  const Ref<NSObject> button = KV_Ondex_Button_View::class_.initWithFrame(label_frame);
   EXPECT_EQ(&label->isa(), &KV_Ondex_Label_View::class_);
   EXPECT_EQ(&button->isa(), &KV_Ondex_Button_View::class_);
   EXPECT_EQ(label->isa().name, "KV_Ondex_Label_View");
@@ -174,11 +174,11 @@ TEST(Label, IsMadeByItsClass) {
 // The button's action
 
 TEST(Button, WithoutAHostAPressIsIgnored) {
-  test::press(*make<Button>(frame), 1);
+  test::press(*make<Button>(label_frame), 1);
 }
 
 TEST(Button, ReportsOncePerPressWhereverTheMouseIsReleased) {
-  const auto button = make<Button>(frame);
+  const auto button = make<Button>(label_frame);
   const auto host = make<RecordingHost>();
   button->set_callback_onObject(test::edited_selector, host.get());
   test::press(*button, 1, 5, 5);
@@ -191,7 +191,7 @@ TEST(Button, ReportsOncePerPressWhereverTheMouseIsReleased) {
 }
 
 TEST(Button, ANullSelectorOrHostKeepsThePreviousPair) {
-  const auto button = make<Button>(frame);
+  const auto button = make<Button>(label_frame);
   const auto host = make<RecordingHost>();
   const auto other = make<RecordingHost>();
   button->set_callback_onObject(test::edited_selector, host.get());
@@ -205,7 +205,7 @@ TEST(Button, ANullSelectorOrHostKeepsThePreviousPair) {
 TEST(Button, RetainsItsHostUntilItIsReplacedOrTheButtonGoes) {
   const auto first = make<RecordingHost>();
   const auto second = make<RecordingHost>();
-  auto button = make<Button>(frame);
+  auto button = make<Button>(label_frame);
   button->set_callback_onObject(test::edited_selector, first.get());
   EXPECT_EQ(first->retainCount(), 2U);
   button->set_callback_onObject(test::edited_selector, second.get());
@@ -216,7 +216,7 @@ TEST(Button, RetainsItsHostUntilItIsReplacedOrTheButtonGoes) {
 }
 
 TEST(Button, MayGoWhileItsActionRuns) {
-  auto button = make<Button>(frame);
+  auto button = make<Button>(label_frame);
   const auto host = make<RecordingHost>();
   Button* pressed = button.get();
   host->on_edited = [&button] { button = nullptr; };

@@ -35,7 +35,7 @@ void excessive_evaluate(void*, const CGFloat*, CGFloat* out) {
   out[3] = 7;
 }
 
-void expect_pixel(const Pixel& actual, const Pixel& expected) {
+void expect_color(const Pixel& actual, const Pixel& expected) {
   EXPECT_LE(distance(actual, expected), 1.01) << actual << " is not " << expected;
 }
 
@@ -67,7 +67,7 @@ TEST(Shading, RunsUpwardsFromTheBottomEdge) {
       fill_rect_upwards(context, NSMakeRect(2, 2, 4, 8), red_evaluate, nullptr);
     });
     for (const double y : {2.3, 5.6, 9.9})
-      expect_pixel(drawn.at(3, y), {(drawn.centre(y) - 2) / 8, 0, 0, 1});
+      expect_color(drawn.at(3, y), {(drawn.centre(y) - 2) / 8, 0, 0, 1});
     EXPECT_EQ(drawn.at(3, 1.5), Pixel{});
     EXPECT_EQ(drawn.at(1.5, 5), Pixel{});
     EXPECT_EQ(drawn.at(6.5, 5), Pixel{});
@@ -82,8 +82,8 @@ TEST(Shading, ARuleThatReadsNoColorsNeedsNone) {
   // t = 0.45: the body's 0.09 under the band's 0.9 at alpha 0.15 (1 - 0.1666667²).
   constexpr double alpha = 0.1458333;
   constexpr double grey = 0.09 * (1 - alpha) + 0.9 * alpha;
-  expect_pixel(drawn.at(5, 4), {grey, grey, grey, 1});
-  expect_pixel(drawn.at(5, 0), {0.01, 0.01, 0.01, 1});
+  expect_color(drawn.at(5, 4), {grey, grey, grey, 1});
+  expect_color(drawn.at(5, 0), {0.01, 0.01, 0.01, 1});
 }
 
 TEST(Shading, TheFunctionOwnsACopyOfTheColors) {
@@ -93,7 +93,7 @@ TEST(Shading, TheFunctionOwnsACopyOfTheColors) {
   const DrawnView drawn(ten_square, 1, [&function](CGContextRef context) {
     fill_rect(context, all, create_axial_shading(function, {0, 0}, {1000, 0}));
   });
-  expect_pixel(drawn.at(0, 0), {1, 0, 0, 1});
+  expect_color(drawn.at(0, 0), {1, 0, 0, 1});
 }
 
 TEST(Shading, IsNotExtendedBeyondEitherEnd) {
@@ -103,15 +103,15 @@ TEST(Shading, IsNotExtendedBeyondEitherEnd) {
   });
   EXPECT_EQ(drawn.at(2, 5), Pixel{});
   EXPECT_EQ(drawn.at(7, 5), Pixel{});
-  expect_pixel(drawn.at(3, 0), {0.125, 0, 0, 1});
-  expect_pixel(drawn.at(6, 9), {0.875, 0, 0, 1});
+  expect_color(drawn.at(3, 0), {0.125, 0, 0, 1});
+  expect_color(drawn.at(6, 9), {0.875, 0, 0, 1});
 }
 
 TEST(Shading, ColorsOutOfRangeAreClamped) {
   const DrawnView drawn(ten_square, 1, [](CGContextRef context) {
     fill_rect_upwards(context, all, excessive_evaluate, nullptr);
   });
-  expect_pixel(drawn.at(5, 5), {1, 0, 0.5, 1});
+  expect_color(drawn.at(5, 5), {1, 0, 0.5, 1});
 }
 
 TEST(Shading, FillsTheEllipseInARectangle) {
@@ -119,7 +119,7 @@ TEST(Shading, FillsTheEllipseInARectangle) {
     const Function function = create_shader_function(red_evaluate, nullptr);
     fill_ellipse(context, NSMakeRect(0, 0, 10, 6), create_axial_shading(function, {0, 0}, {10, 0}));
   });
-  expect_pixel(drawn.at(5, 3), {0.525, 0, 0, 1});
+  expect_color(drawn.at(5, 3), {0.525, 0, 0, 1});
   EXPECT_EQ(drawn.at(0.2, 0.2), Pixel{});
   EXPECT_EQ(drawn.at(9.8, 5.8), Pixel{});
   EXPECT_EQ(drawn.at(5, 6.2), Pixel{});
@@ -131,7 +131,7 @@ TEST(Shading, FillsWhatARectangleAndAnEllipseHaveInCommon) {
     fill_rect_and_ellipse(context, NSMakeRect(0, 0, 5, 10), NSMakeRect(0, 0, 10, 10),
                           create_axial_shading(function, {0, 0}, {10, 0}));
   });
-  expect_pixel(drawn.at(4.75, 5), {0.475, 0, 0, 1});
+  expect_color(drawn.at(4.75, 5), {0.475, 0, 0, 1});
   EXPECT_EQ(drawn.at(5.25, 5), Pixel{});
   EXPECT_EQ(drawn.at(0.25, 0.25), Pixel{});
 }
@@ -142,7 +142,7 @@ TEST(Shading, RunsBetweenTwoCircles) {
     fill_rect(context, all, create_radial_shading(function, {{5, 5}, 4}, {{5, 5}, 2}));
   });
   // The pixel's centre lies (3, 0.25) / (3.25, 0.25) from the circles' centre.
-  expect_pixel(drawn.at(8, 5), {(4 - std::hypot(3.25, 0.25)) / 2, 0, 0, 1});
+  expect_color(drawn.at(8, 5), {(4 - std::hypot(3.25, 0.25)) / 2, 0, 0, 1});
   EXPECT_EQ(drawn.at(5, 5), Pixel{}) << "inside the smaller circle";
   EXPECT_EQ(drawn.at(0.5, 5), Pixel{}) << "outside the larger circle";
 }
@@ -156,9 +156,9 @@ TEST(Shading, TheRadialSpanRunsFromColorAToColorB) {
               create_radial_shading(function, {{0, CGFloat(4.5)}, 100}, {{0, CGFloat(4.5)}, 0}));
   });
   // t = 1 - 0.005, 0.505 and 0.895 from the right; beyond 0.15 the share of B is t².
-  expect_pixel(drawn.at(49, 4), {1 - 0.255025, 0.255025, 0.2 + 0.6 * 0.255025, 1});
-  expect_pixel(drawn.at(10, 4), {1 - 0.801025, 0.801025, 0.2 + 0.6 * 0.801025, 1});
-  expect_pixel(drawn.at(95, 4), {1 - 0.045, 0.045, 0.2 + 0.6 * 0.045, 1});
+  expect_color(drawn.at(49, 4), {1 - 0.255025, 0.255025, 0.2 + 0.6 * 0.255025, 1});
+  expect_color(drawn.at(10, 4), {1 - 0.801025, 0.801025, 0.2 + 0.6 * 0.801025, 1});
+  expect_color(drawn.at(95, 4), {1 - 0.045, 0.045, 0.2 + 0.6 * 0.045, 1});
 }
 
 // Failures
@@ -212,7 +212,7 @@ TEST(Shading, AFillLeavesTheContextAsItWas) {
     fill_rect_upwards(context, NSMakeRect(4, 4, 2, 2), red_evaluate, nullptr);
     EXPECT_EQ(CGContextGetClipBoundingBox(context), all);
   });
-  expect_pixel(drawn.at(5, 5), {0.75, 0, 0, 1});
+  expect_color(drawn.at(5, 5), {0.75, 0, 0, 1});
 }
 
 }  // namespace

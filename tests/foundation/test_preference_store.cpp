@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "foundation/private/preference_store.h"
+#include "property_list_values.h"
 #include "store_test_support.h"
 
 namespace cocoa {
@@ -13,10 +14,6 @@ namespace {
 using namespace store_tests;
 using testing::HasSubstr;
 using testing::Optional;
-
-PropertyListValue text(std::string_view value) {
-  return std::string(value);
-}
 
 class PreferenceStoreTest : public testing::Test {
  protected:

@@ -12,6 +12,7 @@
 
 #include "foundation/private/preference_store.h"
 #include "manual_clock.h"
+#include "property_list_values.h"
 #include "store_test_support.h"
 
 namespace cocoa {
@@ -26,10 +27,6 @@ constexpr std::chrono::milliseconds kNoPatience(0);
 
 auto count_of(const std::string& text, char wanted) {
   return std::count(text.begin(), text.end(), wanted);
-}
-
-PropertyListValue text(std::string_view value) {
-  return std::string(value);
 }
 
 class PreferenceStoreFailures : public testing::Test {

@@ -8,6 +8,7 @@
 #include <random>
 
 #include "foundation/private/preference_store.h"
+#include "property_list_values.h"
 #include "store_test_support.h"
 
 /// What others leave in the store's folder or put in the file's place: killed writers, and users with links.
@@ -18,10 +19,6 @@ namespace {
 using namespace store_tests;
 using testing::HasSubstr;
 using testing::Optional;
-
-PropertyListValue text(std::string_view value) {
-  return std::string(value);
-}
 
 class PreferenceStoreAmongOthers : public testing::Test {
  protected:

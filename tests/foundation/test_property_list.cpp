@@ -5,6 +5,7 @@
 
 #include "foundation/private/property_list.h"
 #include "foundation/private/xml_well_formed.h"
+#include "property_list_values.h"
 #include "store_test_support.h"
 
 namespace cocoa {
@@ -16,10 +17,6 @@ using testing::Optional;
 
 std::vector<uint8_t> bytes(std::string_view text) {
   return {text.begin(), text.end()};
-}
-
-PropertyListValue text(std::string_view value) {
-  return std::string(value);
 }
 
 PropertyListValue data(std::string_view value) {

@@ -15,7 +15,7 @@ using test::press;
 using test::RecordingHost;
 using test::turn_wheel;
 
-class Readout : public KV_Ondex_Parameter_Control_View {
+class PopUpReadout : public KV_Ondex_Parameter_Control_View {
  public:
   using KV_Ondex_Parameter_Control_View::_pop_up_window;
   using KV_Ondex_Parameter_Control_View::KV_Ondex_Parameter_Control_View;
@@ -36,7 +36,7 @@ class ReadoutPopUp : public testing::Test {
   Ref<RecordingHost> host = make<RecordingHost>();
   Ref<EntryPanel> panel = make<EntryPanel>();
   Ref<NSWindow> window = make<NSWindow>(NSMakeRect(300, 200, 400, 300), NSTitledWindowMask);
-  Ref<Readout> readout = make<Readout>(NSMakeRect(40, 30, 132, 36));
+  Ref<PopUpReadout> readout = make<PopUpReadout>(NSMakeRect(40, 30, 132, 36));
 };
 
 TEST_F(ReadoutPopUp, ADoubleClickOpensThePanelOnTheReadoutsCorner) {
@@ -147,7 +147,7 @@ TEST_F(ReadoutPopUp, TheWheelChangesTheValueUnderAnOpenPanel) {
 }
 
 TEST_F(ReadoutPopUp, ThePanelOpensAgainAndForAnotherReadout) {
-  const auto other = make<Readout>(NSMakeRect(40, 100, 132, 36));
+  const auto other = make<PopUpReadout>(NSMakeRect(40, 100, 132, 36));
   window->contentView()->addSubview(other.get());
   other->set_pop_up_view(panel.get());
   press(*readout, 2);
@@ -177,7 +177,7 @@ TEST_F(ReadoutPopUp, OpeningTwiceShowsThePanelInANewWindowAndNoMoreInTheEarlier)
 }
 
 TEST_F(ReadoutPopUp, OpeningForAnotherReadoutEndsTheEntryOfTheFirst) {
-  const auto other = make<Readout>(NSMakeRect(40, 100, 132, 36));
+  const auto other = make<PopUpReadout>(NSMakeRect(40, 100, 132, 36));
   window->contentView()->addSubview(other.get());
   other->set_pop_up_view(panel.get());
   press(*readout, 2);
@@ -224,7 +224,7 @@ TEST_F(ReadoutPopUp, ThePanelIsRetainedByEachReadoutAndKeepsNone) {
   press(*readout, 2);
   panel->finish(440);
   readout->removeFromSuperview();
-  const WeakRef<Readout> gone(readout.get());
+  const WeakRef<PopUpReadout> gone(readout.get());
   readout = nullptr;
   EXPECT_FALSE(gone);
   EXPECT_FALSE(panel->opener());
@@ -264,7 +264,7 @@ TEST_F(ReadoutPopUp, SoDoesOneWhoseWindowGoes) {
 TEST_F(ReadoutPopUp, AReadoutMayBeTakenOutOfItsWindowAndReleasedWhileItsNumberIsReported) {
   press(*readout, 2);
   const WeakRef<KV_Ondex_Pop_Up_Window> shown(opened());
-  const WeakRef<Readout> gone(readout.get());
+  const WeakRef<PopUpReadout> gone(readout.get());
   host->on_edited = [&] {
     readout->removeFromSuperview();
     readout = nullptr;

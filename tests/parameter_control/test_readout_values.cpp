@@ -18,9 +18,9 @@ using test::selected_selector;
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
 /// Opens the fields to the tests.
-class Readout : public KV_Ondex_Parameter_Control_View {
+class OpenReadout : public KV_Ondex_Parameter_Control_View {
  public:
-  Readout() : KV_Ondex_Parameter_Control_View(NSMakeRect(40, 30, 132, 36)) {}
+  OpenReadout() : KV_Ondex_Parameter_Control_View(NSMakeRect(40, 30, 132, 36)) {}
   using KV_Ondex_Parameter_Control_View::_body_rect;
   using KV_Ondex_Parameter_Control_View::_control_rect;
   using KV_Ondex_Parameter_Control_View::_info_color;
@@ -38,7 +38,7 @@ void set_range(KV_Ondex_Parameter_Control_View& readout, double minimum, double 
 }
 
 TEST(Readout, AFreshOneIsALinearUnitRangeAtZero) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   EXPECT_EQ(readout->current_value(), 0.0);
   EXPECT_EQ(readout->minimum_value(), 0.0);
   EXPECT_EQ(readout->maximum_value(), 1.0);
@@ -52,7 +52,7 @@ TEST(Readout, AFreshOneIsALinearUnitRangeAtZero) {
 }
 
 TEST(Readout, IsDividedIntoEndCapsAndTwoHalves) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   EXPECT_EQ(readout->_body_rect, NSMakeRect(0, 0, 132, 36));
   EXPECT_EQ(readout->_left_rect, NSMakeRect(0, 0, 5, 36));
   EXPECT_EQ(readout->_right_rect, NSMakeRect(127, 0, 5, 36));
@@ -62,14 +62,14 @@ TEST(Readout, IsDividedIntoEndCapsAndTwoHalves) {
 }
 
 TEST(Readout, KeepsItsLayoutWhenItsFrameChanges) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   readout->setFrame(NSMakeRect(0, 0, 300, 100));
   EXPECT_EQ(readout->_body_rect, NSMakeRect(0, 0, 132, 36));
   EXPECT_EQ(readout->_right_rect, NSMakeRect(127, 0, 5, 36));
 }
 
 TEST(Readout, SetsBothTextsCentredInTheSystemFontAtNinePoints) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   for (const NSMutableDictionary* attributes :
        {readout->_readout_string_attributes.get(), readout->_info_string_attributes.get()}) {
     const auto* font = dynamic_cast<NSFont*>(attributes->objectForKey(NSFontAttributeName));
@@ -96,7 +96,7 @@ TEST(Readout, IsMadeFromItsClassWithAFrame) {
 }
 
 TEST(Readout, AMaximumBelowTheMinimumCollapsesTheRangeOntoTheMaximum) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   set_range(*readout, 5, 2, 9);
   EXPECT_EQ(readout->minimum_value(), 2.0);
   EXPECT_EQ(readout->maximum_value(), 2.0);
@@ -105,7 +105,7 @@ TEST(Readout, AMaximumBelowTheMinimumCollapsesTheRangeOntoTheMaximum) {
 }
 
 TEST(Readout, ANewRangeBringsDefaultAndValueInside) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   readout->set_current_value(0.75);
   set_range(*readout, -4, 0.5, -9);
   EXPECT_EQ(readout->default_value(), -4.0);
@@ -116,14 +116,14 @@ TEST(Readout, ANewRangeBringsDefaultAndValueInside) {
 }
 
 TEST(Readout, AMaximumThatIsNotANumberTakesTheMinimumWithIt) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   set_range(*readout, 1, not_a_number, 3);
   EXPECT_TRUE(std::isnan(readout->minimum_value()));
   EXPECT_TRUE(std::isnan(readout->maximum_value()));
 }
 
 TEST(Readout, ValuesOutsideTheRangeAreStoredAsTheNearestBound) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   set_range(*readout, -2, 3, 0);
   readout->set_current_value(3.5);
   EXPECT_EQ(readout->current_value(), 3.0);
@@ -138,7 +138,7 @@ TEST(Readout, ValuesOutsideTheRangeAreStoredAsTheNearestBound) {
 }
 
 TEST(Readout, KeepsWhateverScaleTypeAndParameterNumberItIsGiven) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   readout->set_values_minimum_maximum_default_value_scale_type(0, 1, 0, 7);
   EXPECT_EQ(readout->scale_type(), 7);
   readout->set_parameter_number(6);
@@ -146,7 +146,7 @@ TEST(Readout, KeepsWhateverScaleTypeAndParameterNumberItIsGiven) {
 }
 
 TEST(Readout, RetainsItsDescriptionAndIgnoresNull) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   const auto text = make<NSString>("Tremolo Depth");
   readout->set_description(text.get());
   EXPECT_EQ(text->retainCount(), 2U);
@@ -158,7 +158,7 @@ TEST(Readout, RetainsItsDescriptionAndIgnoresNull) {
 }
 
 TEST(Readout, ANullColourLeavesTheOtherToChangeAlone) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   const auto red = NSColor::colorWithDeviceRed_green_blue_alpha(1, 0, 0, 1);
   const auto green = NSColor::colorWithDeviceRed_green_blue_alpha(0, 1, 0, 1);
   const Ref<NSColor> info = readout->_info_color;
@@ -175,7 +175,7 @@ TEST(Readout, ANullColourLeavesTheOtherToChangeAlone) {
 }
 
 TEST(Readout, SettersSendNothing) {
-  const auto readout = make<Readout>();
+  const auto readout = make<OpenReadout>();
   const auto host = make<RecordingHost>();
   readout->set_callback_onObject(edited_selector, host.get());
   readout->set_selection_callback_onObject(selected_selector, host.get());
@@ -191,7 +191,7 @@ TEST(Readout, SettersSendNothing) {
 }
 
 TEST(Readout, NeverLetsADragMoveTheWindow) {
-  EXPECT_FALSE(make<Readout>()->mouseDownCanMoveWindow());
+  EXPECT_FALSE(make<OpenReadout>()->mouseDownCanMoveWindow());
 }
 
 TEST(Readout, LetsGoOfEverythingItHolds) {
@@ -201,7 +201,7 @@ TEST(Readout, LetsGoOfEverythingItHolds) {
   const auto colour = NSColor::colorWithDeviceRed_green_blue_alpha(1, 0, 0, 1);
   const unsigned colour_count = colour->retainCount();
   {
-    const auto readout = make<Readout>();
+    const auto readout = make<OpenReadout>();
     readout->set_callback_onObject(edited_selector, host.get());
     readout->set_selection_callback_onObject(selected_selector, host.get());
     EXPECT_EQ(host->retainCount(), 3U);
@@ -225,7 +225,7 @@ TEST(Readout, DoesNotKeepTheViewThatItLiesIn) {
       using NSView::NSView;
     };
     const auto host = make<HostView>(NSMakeRect(0, 0, 200, 100));
-    const auto readout = make<Readout>();
+    const auto readout = make<OpenReadout>();
     host->addSubview(readout.get());
     readout->set_callback_onObject(edited_selector, host.get());
     gone = WeakRef<NSObject>(host.get());

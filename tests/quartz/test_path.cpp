@@ -5,7 +5,7 @@
 namespace cocoa {
 namespace {
 
-constexpr auto pi = static_cast<CGFloat>(std::numbers::pi);
+constexpr auto half_turn = static_cast<CGFloat>(std::numbers::pi);
 
 struct Path {
   CGMutablePathRef ref = CGPathCreateMutable();
@@ -96,11 +96,11 @@ TEST(ArcToPoint, ScaledUserSpaceGivesQuarterEllipses) {
 
 TEST(Arc, GoesCounterClockwiseUnlessAskedOtherwise) {
   Path path;
-  CGPathAddArc(path.ref, nullptr, 0, 0, 10, 0, pi / 2, false);
+  CGPathAddArc(path.ref, nullptr, 0, 0, 10, 0, half_turn / 2, false);
   expect_point(path.current(), 0, 10);
   expect_box(path, 0, 0, 10, 10);
   Path other;
-  CGPathAddArc(other.ref, nullptr, 0, 0, 10, 0, pi / 2, true);
+  CGPathAddArc(other.ref, nullptr, 0, 0, 10, 0, half_turn / 2, true);
   expect_point(other.current(), 0, 10);
   EXPECT_NEAR(static_cast<double>(NSMinX(CGPathGetBoundingBox(other.ref))), -10, 1e-4);
   EXPECT_NEAR(static_cast<double>(NSMinY(CGPathGetBoundingBox(other.ref))), -10, 1e-4);
@@ -110,7 +110,7 @@ TEST(Arc, IsRoundAndStartsWithALineFromTheCurrentPoint) {
   Canvas canvas(40, 40);
   CGContextRef c = canvas.context();
   CGContextMoveToPoint(c, 20, 20);
-  CGContextAddArc(c, 20, 20, 15, 0, pi, 0);
+  CGContextAddArc(c, 20, 20, 15, 0, half_turn, 0);
   CGContextFillPath(c);
   for (int y = 0; y < 40; ++y)
     for (int x = 0; x < 40; ++x) {
@@ -126,7 +126,7 @@ TEST(Arc, IsRoundAndStartsWithALineFromTheCurrentPoint) {
 TEST(Arc, AWholeTurnIsACircleEitherWay) {
   for (const bool clockwise : {false, true}) {
     Path path;
-    CGPathAddArc(path.ref, nullptr, 5, 5, 5, 0, 2 * pi, clockwise);
+    CGPathAddArc(path.ref, nullptr, 5, 5, 5, 0, 2 * half_turn, clockwise);
     for (const auto& [x, y] : {std::pair{1, 5}, {9, 5}, {5, 1}, {5, 9}, {5, 5}})
       EXPECT_TRUE(path.holds(static_cast<CGFloat>(x), static_cast<CGFloat>(y)));
     EXPECT_FALSE(path.holds(1, 1));

@@ -169,7 +169,7 @@ TEST(Rasterizer, LongRowsEndAsTheyShould) {
 }
 
 /// Two periods of the oscillator through 101 points, as tall as wide curves of the editor, and the line back.
-Polygon curve(double factor, double index, double scale) {
+Polygon curve_area(double factor, double index, double scale) {
   Polygon polygon;
   for (int i = 0; i <= 100; ++i) {
     const double phase = 2 * std::numbers::pi * i / 100;
@@ -184,7 +184,7 @@ TEST(Rasterizer, CoversTheExactAreaOfWildCurves) {
     for (const double scale : {0.5, 1.0}) {
       SCOPED_TRACE(testing::Message() << factor << ", " << index << " at " << scale);
       expect_exact(
-          curve(factor, index, scale),
+          curve_area(factor, index, scale),
           {0, static_cast<int>(60 * scale), static_cast<int>(120 * scale), static_cast<int>(100 * scale)});
     }
   }
@@ -216,7 +216,7 @@ TEST(Rasterizer, ASineIsItsOwnMirrorImage) {
   for (const double scale : {0.5, 1.0, 1.25, 2.0, 4.0}) {
     const int width = static_cast<int>(280 * scale);
     const int height = static_cast<int>(160 * scale);
-    const auto bytes = drawn(curve(0, 0, scale), FillRule::nonzero, {0, 0, width, height});
+    const auto bytes = drawn(curve_area(0, 0, scale), FillRule::nonzero, {0, 0, width, height});
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < width; ++x) {
         ASSERT_EQ(bytes[static_cast<size_t>(y * width + x)],

@@ -3,7 +3,7 @@
 namespace cocoa {
 namespace {
 
-constexpr Pixel blue_pixel{0, 0, 255, 255};
+constexpr Pixel blue{0, 0, 255, 255};
 
 void fill_red(CGContextRef c, CGRect rect) {
   CGContextSetRGBFillColor(c, 1, 0, 0, 1);
@@ -16,7 +16,7 @@ TEST(Shadow, WithoutBlurIsACopyAndPositiveHeightMovesItUp) {
   set_shadow(c, {5, 7}, 0, 0, 0, 1, 1);
   fill_red(c, CGRectMake(20, 20, 10, 10));
   EXPECT_EQ(canvas.painted(), (Canvas::Extents{20, 20, 35, 37}));
-  EXPECT_EQ(canvas.at(34, 36), blue_pixel);
+  EXPECT_EQ(canvas.at(34, 36), blue);
   EXPECT_EQ(canvas.at(29, 29), red_pixel);
   EXPECT_EQ(canvas.at(34, 26), clear_pixel);
 }
@@ -104,7 +104,7 @@ TEST(Shadow, OfAShapeOutsideTheClipLandsInsideIt) {
   set_shadow(c, {30, 0}, 0, 0, 0, 1, 1);
   fill_red(c, CGRectMake(5, 20, 10, 10));
   EXPECT_EQ(canvas.painted(), (Canvas::Extents{35, 20, 45, 30}));
-  EXPECT_EQ(canvas.at(40, 25), blue_pixel);
+  EXPECT_EQ(canvas.at(40, 25), blue);
 }
 
 TEST(Shadow, ALaterClipShapesItWithoutCuttingIt) {
@@ -116,7 +116,7 @@ TEST(Shadow, ALaterClipShapesItWithoutCuttingIt) {
   fill_red(c, CGRectMake(0, 0, 60, 60));
   CGContextRestoreGState(c);
   EXPECT_EQ(canvas.painted(), (Canvas::Extents{16, 16, 30, 30}));
-  EXPECT_EQ(canvas.at(17, 17), blue_pixel);
+  EXPECT_EQ(canvas.at(17, 17), blue);
   EXPECT_EQ(canvas.at(25, 25), red_pixel);
 }
 
@@ -140,7 +140,7 @@ TEST(Shadow, AShadingCastsOneInTheShapeOfItsClip) {
       if (shape < 19) {
         EXPECT_EQ(canvas.at(x, y), red_pixel) << x << ", " << y;
       } else if (shape > 21 && shadow < 19) {
-        EXPECT_EQ(canvas.at(x, y), blue_pixel) << x << ", " << y;
+        EXPECT_EQ(canvas.at(x, y), blue) << x << ", " << y;
       } else if (shape > 21 && shadow > 21) {
         EXPECT_EQ(canvas.at(x, y), clear_pixel) << x << ", " << y;
       }
@@ -225,7 +225,7 @@ TEST(Shadow, OfALaterObjectFallsOnEarlierOnes) {
   set_shadow(c, {-5, 0}, 0, 0, 0, 1, 1);
   fill_red(c, CGRectMake(10, 10, 20, 20));
   fill_red(c, CGRectMake(30, 10, 20, 20));
-  EXPECT_EQ(canvas.at(27, 20), blue_pixel);
+  EXPECT_EQ(canvas.at(27, 20), blue);
   EXPECT_EQ(canvas.at(20, 20), red_pixel);
 }
 

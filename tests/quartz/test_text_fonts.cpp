@@ -34,7 +34,7 @@ std::string rule(const std::string& property, const std::string& value) {
          "</edit></match>";
 }
 
-TextStyle style_of(double size, const std::string& family = "DejaVu Sans") {
+TextStyle font_of(double size, const std::string& family = "DejaVu Sans") {
   TextStyle style;
   style.size = size;
   style.family = family;
@@ -56,27 +56,27 @@ const std::string unhinted = rule("hinting", "<bool>false</bool>");
 TEST(TextFonts, AnotherFontStandsInForAMissingCharacter) {
   with_fonts(font_folder + unhinted, [] {
     // A letter that the mono-spaced font lacks looks as in the one that has it.
-    const TextStyle mono = style_of(12, "DejaVu Sans Mono");
-    EXPECT_EQ(pixels_of("\u05d0", mono), pixels_of("\u05d0", style_of(12)));
+    const TextStyle mono = font_of(12, "DejaVu Sans Mono");
+    EXPECT_EQ(pixels_of("\u05d0", mono), pixels_of("\u05d0", font_of(12)));
     EXPECT_NE(pixels_of("\u05d0", mono), pixels_of("\U0010FFFD", mono));
     // The others stay as they are.
     EXPECT_NEAR(static_cast<double>(text_size("i\u05d0W", mono).width),
-                static_cast<double>(text_size("iW", mono).width + text_size("\u05d0", style_of(12)).width),
+                static_cast<double>(text_size("iW", mono).width + text_size("\u05d0", font_of(12)).width),
                 1e-3);
-    EXPECT_NE(text_size("iW", mono).width, text_size("iW", style_of(12)).width);
+    EXPECT_NE(text_size("iW", mono).width, text_size("iW", font_of(12)).width);
   });
 }
 
 TEST(TextFonts, ACharacterThatNoFontHasShowsItsBox) {
   with_fonts(font_folder + unhinted, [] {
-    const TextStyle style = style_of(20);
+    const TextStyle style = font_of(20);
     const auto box = pixels_of("\U0010FFFD", style);
     EXPECT_EQ(pixels_of("\U0010FFFC", style), box);
     EXPECT_GT(painted_pixels(box), 20U);
     EXPECT_GT(text_size("\U0010FFFD", style).width, 5);
     // Its sides are inked, its middle is not.
     Canvas canvas(60, 60);
-    CGContextDrawText(canvas.context(), CGRectMake(0, 0, 60, 60), "\U0010FFFD", style_of(40));
+    CGContextDrawText(canvas.context(), CGRectMake(0, 0, 60, 60), "\U0010FFFD", font_of(40));
     const auto painted = canvas.painted();
     const int middle = (painted.bottom + painted.top) / 2;
     EXPECT_GT(canvas.at(painted.left + 1, middle).alpha, 200);
@@ -87,16 +87,16 @@ TEST(TextFonts, ACharacterThatNoFontHasShowsItsBox) {
 
 TEST(TextFonts, AnUnknownFamilyIsReplaced) {
   with_fonts(font_folder + unhinted,
-             [] { EXPECT_GT(painted_pixels(pixels_of("H", style_of(12, "No Such Family"))), 10U); });
+             [] { EXPECT_GT(painted_pixels(pixels_of("H", font_of(12, "No Such Family"))), 10U); });
 }
 
 TEST(TextFonts, WithoutAnyFontNothingIsDrawnAndNothingFails) {
   with_fonts("<cachedir prefix=\"xdg\">fontconfig</cachedir>", [] {
-    EXPECT_EQ(painted_pixels(pixels_of("H e\u0301\n\t\u05d0", style_of(12))), 0U);
-    EXPECT_EQ(text_size("H", style_of(12)).width, 0);
-    EXPECT_EQ(text_caret_position("He", style_of(12), 2), 0);
-    EXPECT_LE(text_offset_at("He", style_of(12), 5), 2U);
-    TextStyle style = style_of(12);
+    EXPECT_EQ(painted_pixels(pixels_of("H e\u0301\n\t\u05d0", font_of(12))), 0U);
+    EXPECT_EQ(text_size("H", font_of(12)).width, 0);
+    EXPECT_EQ(text_caret_position("He", font_of(12), 2), 0);
+    EXPECT_LE(text_offset_at("He", font_of(12), 5), 2U);
+    TextStyle style = font_of(12);
     for (int mode = 0; mode <= 5; ++mode) {
       style.line_break = static_cast<LineBreak>(mode);
       EXPECT_EQ(painted_pixels(pixels_of("one two three four five", style)), 0U);
@@ -113,7 +113,7 @@ struct Rows {
 /// Of the capital H, whose bars and stems end at straight edges.
 Rows rows_of_h() {
   Canvas canvas(40, 40);
-  CGContextDrawText(canvas.context(), CGRectMake(4, 0, 40, 40), "H", style_of(10.5));
+  CGContextDrawText(canvas.context(), CGRectMake(4, 0, 40, 40), "H", font_of(10.5));
   Rows rows;
   for (int y = 0; y < 40; ++y) {
     int stem = 0;
@@ -142,7 +142,7 @@ TEST(TextFonts, HintingIsAsTheUserWantsIt) {
 }
 
 TEST(TextFonts, HintingDoesNotChangeDistances) {
-  const TextStyle style = style_of(10.5);
+  const TextStyle style = font_of(10.5);
   CGSize plain{};
   with_fonts(font_folder + unhinted, [&] { plain = text_size("Left Tremolo Rate 0.5", style); });
   for (const char* hinting : {"hintslight", "hintmedium", "hintfull"}) {
@@ -156,7 +156,7 @@ TEST(TextFonts, HintingDoesNotChangeDistances) {
 TEST(TextFonts, WithoutSmoothingPixelsAreCoveredOrNot) {
   for (const std::string& hinting : {unhinted, rule("hintstyle", "<const>hintfull</const>")}) {
     with_fonts(font_folder + rule("antialias", "<bool>false</bool>") + hinting, [] {
-      const auto pixels = pixels_of("Rate 0.5", style_of(9));
+      const auto pixels = pixels_of("Rate 0.5", font_of(9));
       EXPECT_GT(painted_pixels(pixels), 50U);
       for (const uint32_t pixel : pixels)
         ASSERT_TRUE(pixel == 0 || pixel == 0xFF000000U) << std::hex << pixel;
@@ -166,9 +166,9 @@ TEST(TextFonts, WithoutSmoothingPixelsAreCoveredOrNot) {
 
 TEST(TextFonts, ColoursOfSubpixelsAreIgnored) {
   std::vector<uint32_t> plain;
-  with_fonts(font_folder + unhinted, [&] { plain = pixels_of("Rate", style_of(9)); });
+  with_fonts(font_folder + unhinted, [&] { plain = pixels_of("Rate", font_of(9)); });
   with_fonts(font_folder + unhinted + rule("rgba", "<const>rgb</const>"),
-             [&] { EXPECT_EQ(pixels_of("Rate", style_of(9)), plain); });
+             [&] { EXPECT_EQ(pixels_of("Rate", font_of(9)), plain); });
 }
 
 TEST(TextFonts, AMissingBoldFaceIsMadeFromTheRegularOne) {
@@ -178,7 +178,7 @@ TEST(TextFonts, AMissingBoldFaceIsMadeFromTheRegularOne) {
       "<test target=\"pattern\" name=\"weight\" compare=\"more_eq\"><const>bold</const></test>"
       "<edit name=\"embolden\" mode=\"assign\"><bool>true</bool></edit></match>";
   with_fonts(only_regular + font_folder + unhinted, [] {
-    TextStyle bold = style_of(12);
+    TextStyle bold = font_of(12);
     bold.bold = true;
     const auto ink = [](const std::vector<uint32_t>& pixels) {
       double sum = 0;
@@ -186,8 +186,8 @@ TEST(TextFonts, AMissingBoldFaceIsMadeFromTheRegularOne) {
         sum += pixel >> 24;
       return sum;
     };
-    EXPECT_GT(ink(pixels_of("Rate", bold)), ink(pixels_of("Rate", style_of(12))) * 1.2);
-    EXPECT_GT(text_size("Rate", bold).width, text_size("Rate", style_of(12)).width);
+    EXPECT_GT(ink(pixels_of("Rate", bold)), ink(pixels_of("Rate", font_of(12))) * 1.2);
+    EXPECT_GT(text_size("Rate", bold).width, text_size("Rate", font_of(12)).width);
     // As outlines too.
     const auto turned = [](const TextStyle& style) {
       Canvas canvas(120, 120);
@@ -195,7 +195,7 @@ TEST(TextFonts, AMissingBoldFaceIsMadeFromTheRegularOne) {
       CGContextDrawText(canvas.context(), CGRectMake(20, 10, 90, 60), "Rate", style);
       return canvas.pixels();
     };
-    EXPECT_GT(ink(turned(bold)), ink(turned(style_of(12))) * 1.2);
+    EXPECT_GT(ink(turned(bold)), ink(turned(font_of(12))) * 1.2);
   });
 }
 
@@ -204,7 +204,7 @@ TEST(TextFonts, TheProcessKeepsItsConfiguration) {
   const FcFontSet* fonts = FcConfigGetFonts(shared, FcSetSystem);
   ASSERT_NE(fonts, nullptr);
   const int count = fonts->nfont;
-  std::thread([] { EXPECT_GT(painted_pixels(pixels_of("H\u05d0\U0010FFFD", style_of(12))), 0U); }).join();
+  std::thread([] { EXPECT_GT(painted_pixels(pixels_of("H\u05d0\U0010FFFD", font_of(12))), 0U); }).join();
   EXPECT_EQ(FcConfigGetCurrent(), shared);
   EXPECT_EQ(FcConfigGetFonts(shared, FcSetSystem), fonts);
   EXPECT_EQ(fonts->nfont, count);
@@ -212,11 +212,11 @@ TEST(TextFonts, TheProcessKeepsItsConfiguration) {
 }
 
 TEST(TextFonts, ThreadsDrawAtTheSameTime) {
-  const auto wanted = pixels_of("Rate \u05d0 0.5", style_of(12));
+  const auto wanted = pixels_of("Rate \u05d0 0.5", font_of(12));
   const auto draw_often = [&] {
     for (int i = 0; i < 50; ++i) {
-      pixels_of(std::to_string(i), style_of(9 + i % 3));
-      ASSERT_EQ(pixels_of("Rate \u05d0 0.5", style_of(12)), wanted);
+      pixels_of(std::to_string(i), font_of(9 + i % 3));
+      ASSERT_EQ(pixels_of("Rate \u05d0 0.5", font_of(12)), wanted);
     }
   };
   std::thread one(draw_often);

@@ -12,11 +12,11 @@
 namespace cocoa {
 namespace {
 
-constexpr double size = 2048;
+constexpr double units_per_em = 2048;
 
 TextStyle style() {
   TextStyle result;
-  result.size = size;
+  result.size = units_per_em;
   return result;
 }
 

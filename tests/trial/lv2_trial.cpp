@@ -20,8 +20,8 @@ using namespace cocoa;
 
 namespace {
 
-constexpr int most_steps = 400;
-constexpr int most_turns = 30;
+constexpr int most_host_steps = 400;
+constexpr int most_host_turns = 30;
 constexpr size_t most_interfaces = 3;
 /// A number for the host's window; nothing asks the window system about it.
 constexpr uintptr_t host_window = 4711;
@@ -71,7 +71,7 @@ Lv2Trial::~Lv2Trial() {
 }
 
 void Lv2Trial::run() {
-  for (int steps = 0; steps < most_steps && choices_.any() && !trace_.failed(); ++steps)
+  for (int steps = 0; steps < most_host_steps && choices_.any() && !trace_.failed(); ++steps)
     step();
   if (!trace_.failed())
     end();
@@ -279,7 +279,7 @@ void Lv2Trial::settle(Lv2Interface& ui) {
   int turns = 0;
   do {
     idle(ui);
-  } while (ui.handle && inside_ == 0 && ui.display->hasQueued() && ++turns < most_turns);
+  } while (ui.handle && inside_ == 0 && ui.display->hasQueued() && ++turns < most_host_turns);
   if (!ui.handle || inside_ > 0)
     return;
   trace_.expect(!ui.display->hasQueued(), "the windows never come to rest");
