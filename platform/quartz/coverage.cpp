@@ -13,10 +13,8 @@ constexpr int64_t most_pixels = 1 << 17;
 
 uint64_t hash_of(const Polygon& polygon) {
   uint64_t hash = polygon.ends().size();
-  for (const DevicePoint& p : polygon.points()) {
-    for (const double v : {p.x, p.y})
-      hash = (std::rotl(hash, 23) ^ std::bit_cast<uint64_t>(v)) * 0x9E3779B97F4A7C15U;
-  }
+  for (const GridPoint& p : polygon.points())
+    hash = (std::rotl(hash, 23) ^ std::bit_cast<uint64_t>(p)) * 0x9E3779B97F4A7C15U;
   return hash;
 }
 
@@ -69,7 +67,7 @@ const uint8_t* first_covered(const uint8_t* coverage, const uint8_t* last) {
 }
 
 size_t CoverageCache::Entry::bytes() const {
-  return sizeof(Entry) + coverage.bytes->size() + shape.points().size() * sizeof(DevicePoint);
+  return sizeof(Entry) + coverage.bytes->size() + shape.points().size() * sizeof(GridPoint);
 }
 
 Coverage CoverageCache::find(Polygon& polygon, FillRule rule, bool smooth, PixelBounds needed) {

@@ -13,7 +13,19 @@ namespace {
 
 /// A whole pixel, in units of the sums of coverage.
 constexpr int one_bits = 22;
-constexpr double one = 255 << one_bits;
+constexpr int32_t one = 255 << one_bits;
+/// A step of the grid as a height.
+constexpr int32_t one_step = one >> GridPoint::bits;
+
+constexpr int place_bits = 36;
+constexpr double places_in_pixel = 0x1p36;
+
+constexpr int64_t place_of(int32_t on_grid) {
+  return int64_t{on_grid} << (place_bits - GridPoint::bits);
+}
+int64_t place_of(double x) {
+  return static_cast<int64_t>(x * places_in_pixel);
+}
 
 /// To the nearest number: the library's rounding is too slow here.
 int32_t rounded(double v) {
@@ -22,12 +34,7 @@ int32_t rounded(double v) {
 }
 
 /// What makes a sum the nearest byte. Halves go up, also those that rounding left a little short.
-constexpr int nearest = (1 << (one_bits - 1)) + 64;
-
-int floor_of(double v) {
-  const int whole = static_cast<int>(v);
-  return whole - (static_cast<double>(whole) > v ? 1 : 0);
-}
+constexpr int32_t nearest = (1 << (one_bits - 1)) + 64;
 
 }  // namespace
 
@@ -35,19 +42,20 @@ void Rasterizer::draw(const Polygon& polygon, FillRule rule, PixelBounds area, u
                       size_t bytes_per_row) {
   if (area.empty())
     return;
-  rule_ = rule;
+  rule_bits_ = rule == FillRule::even_odd ? 1 : -1;
   area_ = area;
   cells_.assign(static_cast<size_t>(area.width()) + 1, 0);
   set_edges(polygon);
-  active_.clear();
+  none_.x = none_.next_x = INT64_MAX;
+  active_.assign(1, &none_);
   for (int row = area.y0; row < area.y1; ++row, bytes += bytes_per_row) {
-    cut_edges(row);
-    if (active_.empty()) {
+    go_to_row(row);
+    if (active_.size() == 1) {
       std::memset(bytes, 0, static_cast<size_t>(area.width()));
       continue;
     }
-    sort_entries();
-    sweep(bytes);
+    sweep();
+    write_row(bytes);
   }
 }
 
@@ -56,170 +64,230 @@ void Rasterizer::set_edges(const Polygon& polygon) {
   first_in_row_.assign(static_cast<size_t>(area_.height()), -1);
   size_t begin = 0;
   for (const size_t end : polygon.ends()) {
-    for (size_t i = begin; i < end; ++i)
-      add_edge(polygon.points()[i], polygon.points()[i + 1 < end ? i + 1 : begin]);
+    GridPoint from = polygon.points()[end - 1];
+    for (size_t i = begin; i < end; ++i) {
+      const GridPoint to = polygon.points()[i];
+      add_edge(from, to);
+      from = to;
+    }
     begin = end;
   }
-  pieces_.resize(edges_.size());
 }
 
-void Rasterizer::add_edge(DevicePoint from, DevicePoint to) {
-  const int direction = from.y < to.y ? 1 : from.y > to.y ? -1 : 0;
+void Rasterizer::add_edge(GridPoint from, GridPoint to) {
+  const int32_t direction = from.y < to.y ? 1 : from.y > to.y ? -1 : 0;
   if (direction < 0)
     std::swap(from, to);
-  if (!(to.y > area_.y0 && from.y < area_.y1))
-    return;
+  const int32_t fraction = from.y & (GridPoint::pixel - 1);
+  const int first_row = from.y >> GridPoint::bits;
+  const int last_row = (to.y - (direction != 0 ? 1 : 0)) >> GridPoint::bits;
   // One along the row covers nothing, but holds together what it connects within the row.
-  if (direction == 0 && from.y == std::floor(from.y))
+  if (last_row < area_.y0 || first_row >= area_.y1 || (direction == 0 && fraction == 0))
     return;
-  const int row = std::max(floor_of(from.y), area_.y0) - area_.y0;
-  int& first = first_in_row_[static_cast<size_t>(row)];
-  const double slope = direction == 0 ? 0 : (to.x - from.x) / (to.y - from.y);
-  edges_.push_back({from.x, from.y, to.x, to.y, slope, direction, first});
-  first = static_cast<int>(edges_.size()) - 1;
+  Edge e{place_of(from.x), place_of(to.x), 0, to.y - from.y, fraction, last_row, direction, to, 0};
+  if (first_row < last_row) {
+    const double slope = (static_cast<double>(to.x) - from.x) / (static_cast<double>(to.y) - from.y);
+    e.height = GridPoint::pixel - fraction;
+    e.next_x = e.x + place_of(slope * e.height / GridPoint::pixel);
+    if (first_row + 1 < last_row)
+      e.step = place_of(slope);
+  }
+  const int passed = area_.y0 - first_row;
+  if (passed > 0) {
+    // As if the rows above had been gone through.
+    e.next_x += (passed - 1) * e.step;
+    e.x = e.next_x;
+    e.top = 0;
+    e.height = last_row > area_.y0 ? GridPoint::pixel : to.y - area_.y0 * GridPoint::pixel;
+    e.next_x = last_row > area_.y0 ? e.x + e.step : place_of(to.x);
+  }
+  int32_t& first = first_in_row_[static_cast<size_t>(std::max(passed, 0) + first_row - area_.y0)];
+  e.next = first;
+  first = static_cast<int32_t>(edges_.size());
+  edges_.push_back(e);
 }
 
-void Rasterizer::cut_edges(int row) {
-  const double top = row;
-  const double bottom = row + 1;
-  const auto cut = [&](int index) {
-    const Edge& e = edges_[static_cast<size_t>(index)];
-    Piece& p = pieces_[static_cast<size_t>(index)];
-    p.direction = e.direction;
-    p.top = e.y0 > top ? e.y0 - top : 0;
-    p.x_top = e.y0 >= top ? e.x0 : e.x0 + (top - e.y0) * e.slope;
-    p.bottom = e.y1 < bottom ? e.y1 - top : 1;
-    p.x_bottom = e.y1 <= bottom ? e.x1 : e.x0 + (bottom - e.y0) * e.slope;
-    return Entry{std::min(p.x_top, p.x_bottom), std::max(p.x_top, p.x_bottom), index};
-  };
-  size_t kept = 0;
-  for (const Entry& entry : active_) {
-    if (edges_[static_cast<size_t>(entry.edge)].y1 > top)
-      active_[kept++] = cut(entry.edge);
+void Rasterizer::go_to_row(int row) {
+  active_.pop_back();
+  Edge** kept = active_.data();
+  for (Edge* const edge : active_) {
+    Edge& e = *edge;
+    if (row > e.last_row)
+      continue;
+    e.x = e.next_x;
+    e.top = 0;
+    if (row < e.last_row) {
+      e.height = GridPoint::pixel;
+      e.next_x += e.step;
+    } else {
+      e.height = e.end.y - row * GridPoint::pixel;
+      e.next_x = place_of(e.end.x);
+    }
+    *kept++ = &e;
   }
-  active_.resize(kept);
-  for (int i = first_in_row_[static_cast<size_t>(row - area_.y0)]; i >= 0;
+  active_.resize(static_cast<size_t>(kept - active_.data()));
+  for (int32_t i = first_in_row_[static_cast<size_t>(row - area_.y0)]; i >= 0;
        i = edges_[static_cast<size_t>(i)].next)
-    active_.push_back(cut(i));
-}
-
-void Rasterizer::sort_entries() {
+    active_.push_back(&edges_[static_cast<size_t>(i)]);
   // Nearly in order from the row before.
-  for (size_t i = 1; i < active_.size(); ++i) {
-    const Entry entry = active_[i];
+  const auto left = [](const Edge* e) { return std::min(e->x, e->next_x); };
+  Place before = INT64_MIN;
+  for (size_t i = 0; i < active_.size(); ++i) {
+    Edge* const edge = active_[i];
+    const Place at = left(edge);
+    if (at >= before) {
+      before = at;
+      continue;
+    }
     size_t k = i;
-    for (; k > 0 && active_[k - 1].left > entry.left; --k)
+    for (; k > 0 && left(active_[k - 1]) > at; --k)
       active_[k] = active_[k - 1];
-    active_[k] = entry;
+    active_[k] = edge;
   }
+  active_.push_back(&none_);
 }
 
-void Rasterizer::sweep(uint8_t* out) {
+void Rasterizer::sweep() {
+  const Place end = Place{area_.x1} << place_bits;
   int winding = 0;
-  const Entry* const last = active_.data() + active_.size();
-  for (const Entry* entry = active_.data(); entry < last && entry->left < area_.x1;) {
-    const Entry* const begin = entry;
-    double right = entry++->right;
-    for (; entry < last && entry->left <= right; ++entry)
-      right = std::max(right, entry->right);
-    add_group(begin, entry, right, winding);
+  const Edge* const* edge = active_.data();
+  Place left = std::min((*edge)->x, (*edge)->next_x);
+  while (left < end) {
+    const Edge* const* const first = edge++;
+    const Place begin = left;
+    Place right = std::max((*first)->x, (*first)->next_x);
+    left = std::min((*edge)->x, (*edge)->next_x);
+    if (left > right) {
+      const int before = inside(winding);
+      winding += (*first)->direction;
+      if (const int sign = inside(winding) - before)
+        add_line(begin, right, (*first)->height * one_step * sign);
+      continue;
+    }
+    do {
+      right = std::max({right, (*edge)->x, (*edge)->next_x});
+      ++edge;
+      left = std::min((*edge)->x, (*edge)->next_x);
+    } while (left <= right);
+    add_group(first, edge, right, winding);
   }
-  write_row(out);
 }
 
 void Rasterizer::write_row(uint8_t* out) {
   const int width = area_.width();
   int32_t* cells = cells_.data();
+  cells[0] += nearest;
   int32_t sum = 0;
   int x = 0;
 #if defined(__SSE2__)
-  const __m128i half = _mm_set1_epi32(nearest);
   __m128i before = _mm_setzero_si128();
-  const auto load = [cells](int at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(cells + at)); };
-  const auto is_zero = [](__m128i v) {
-    return _mm_movemask_epi8(_mm_cmpeq_epi32(v, _mm_setzero_si128())) == 0xFFFF;
+  // Four sums; only the last of those before counts.
+  const auto sums = [&](int at) {
+    auto* const four = reinterpret_cast<__m128i*>(cells + at);
+    __m128i v = _mm_loadu_si128(four);
+    _mm_storeu_si128(four, _mm_setzero_si128());
+    v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
+    v = _mm_add_epi32(v, _mm_slli_si128(v, 8));
+    v = _mm_add_epi32(v, _mm_shuffle_epi32(before, 0xFF));
+    before = v;
+    return _mm_srli_epi32(v, one_bits);
   };
-  while (x + 4 <= width) {
+  constexpr int many = 16;
+  for (; x + many <= width; x += many) {
+    const auto load = [&](int at) {
+      return _mm_loadu_si128(reinterpret_cast<const __m128i*>(cells + x + at));
+    };
+    const __m128i any = _mm_or_si128(_mm_or_si128(load(0), load(4)), _mm_or_si128(load(8), load(12)));
+    __m128i bytes;
     // Most of a row lies between edges.
-    constexpr int many = 16;
-    if (x + many <= width &&
-        is_zero(_mm_or_si128(_mm_or_si128(load(x), load(x + 4)), _mm_or_si128(load(x + 8), load(x + 12))))) {
-      std::memset(out + x, (_mm_cvtsi128_si32(before) + nearest) >> one_bits, many);
-      x += many;
-      continue;
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(any, _mm_setzero_si128())) == 0xFFFF) {
+      bytes = _mm_srli_epi32(_mm_shuffle_epi32(before, 0xFF), one_bits);
+      bytes = _mm_packs_epi32(bytes, bytes);
+      bytes = _mm_packus_epi16(bytes, bytes);
+    } else {
+      const __m128i first = sums(x);
+      const __m128i second = sums(x + 4);
+      const __m128i third = sums(x + 8);
+      bytes = _mm_packus_epi16(_mm_packs_epi32(first, second), _mm_packs_epi32(third, sums(x + 12)));
     }
-    for (const int end = std::min(x + many, width - width % 4); x < end; x += 4) {
-      __m128i sums = load(x);
-      if (is_zero(sums)) {
-        sums = before;
-      } else {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(cells + x), _mm_setzero_si128());
-        sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 4));
-        sums = _mm_add_epi32(sums, _mm_slli_si128(sums, 8));
-        sums = _mm_add_epi32(sums, before);
-        before = _mm_shuffle_epi32(sums, 0xFF);
-      }
-      const __m128i levels = _mm_srli_epi32(_mm_add_epi32(sums, half), one_bits);
-      const __m128i words = _mm_packs_epi32(levels, levels);
-      const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
-      std::memcpy(out + x, &bytes, sizeof bytes);
-    }
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + x), bytes);
   }
-  sum = _mm_cvtsi128_si32(before);
+  sum = _mm_cvtsi128_si32(_mm_shuffle_epi32(before, 0xFF));
 #endif
   for (; x < width; ++x) {
     sum += cells[x];
     cells[x] = 0;
-    out[x] = static_cast<uint8_t>((sum + nearest) >> one_bits);
+    out[x] = static_cast<uint8_t>(sum >> one_bits);
   }
   cells[width] = 0;
 }
 
-void Rasterizer::add_group(const Entry* first, const Entry* last, double right, int& winding) {
-  const int before = inside(winding);
-  if (last - first == 1) {
-    const Piece& p = pieces_[static_cast<size_t>(first->edge)];
-    winding += p.direction;
-    if (const int sign = inside(winding) - before)
-      add_line(p.x_top, p.x_bottom, p.bottom - p.top, sign);
+void Rasterizer::add_group(const Edge* const* first, const Edge* const* last, Place right, int& winding) {
+  if (add_in_order(first, last, winding))
     return;
-  }
-  double net = 0;
-  for (const Entry* entry = first; entry < last; ++entry) {
-    const Piece& p = pieces_[static_cast<size_t>(entry->edge)];
-    net += p.direction * (p.bottom - p.top);
-  }
+  const int before = inside(winding);
+  int32_t net = 0;
+  for (const Edge* const* edge = first; edge < last; ++edge)
+    net += (*edge)->direction * (*edge)->height;
   added_ = 0;
   add_bands(first, last, winding);
-  winding += static_cast<int>(std::lround(net));
+  winding += net / GridPoint::pixel;
   // Rounding leaves nothing over for the rest of the row.
-  const int end = std::clamp(floor_of(right) + 1, area_.x0, area_.x1);
-  cells_[static_cast<size_t>(end - area_.x0)] += (inside(winding) - before) * static_cast<int>(one) - added_;
+  const int64_t end = (right >> place_bits) + 1;
+  const auto cell = std::clamp<int64_t>(end, area_.x0, area_.x1) - area_.x0;
+  cells_[static_cast<size_t>(cell)] += (inside(winding) - before) * one - added_;
 }
 
-void Rasterizer::add_bands(const Entry* first, const Entry* last, int winding) {
+bool Rasterizer::add_in_order(const Edge* const* first, const Edge* const* last, int& winding) {
+  const Edge& a = **first;
+  const Edge& b = *first[1];
+  // One goes on where the other ends.
+  if (last - first == 2 && a.direction == b.direction &&
+      (a.top == b.top + b.height || b.top == a.top + a.height)) {
+    int other = winding;
+    add_edge_in_order(a, other);
+    add_edge_in_order(b, winding);
+    return true;
+  }
+  for (const Edge* const* edge = first + 1; edge < last; ++edge) {
+    const Edge& e = **edge;
+    if (e.top != a.top || e.height != a.height || edge[-1]->x > e.x || edge[-1]->next_x > e.next_x)
+      return false;
+  }
+  for (; first < last; ++first)
+    add_edge_in_order(**first, winding);
+  return true;
+}
+
+void Rasterizer::add_edge_in_order(const Edge& edge, int& winding) {
+  const int before = inside(winding);
+  winding += edge.direction;
+  if (const int sign = inside(winding) - before)
+    add_line(std::min(edge.x, edge.next_x), std::max(edge.x, edge.next_x), edge.height * one_step * sign);
+}
+
+void Rasterizer::add_bands(const Edge* const* first, const Edge* const* last, int winding) {
   heights_.clear();
-  for (const Entry* entry = first; entry < last; ++entry) {
-    const Piece& p = pieces_[static_cast<size_t>(entry->edge)];
-    for (const double height : {p.top, p.bottom}) {
+  for (const Edge* const* edge = first; edge < last; ++edge) {
+    for (const int32_t height : {(*edge)->top, (*edge)->top + (*edge)->height}) {
       if (std::find(heights_.begin(), heights_.end(), height) == heights_.end())
         heights_.push_back(height);
     }
   }
   std::sort(heights_.begin(), heights_.end());
   for (size_t band = 0; band + 1 < heights_.size(); ++band) {
-    const double top = heights_[band];
-    const double bottom = heights_[band + 1];
+    const int32_t top = heights_[band];
+    const int32_t bottom = heights_[band + 1];
     spans_.clear();
-    for (const Entry* entry = first; entry < last; ++entry) {
-      const Piece& p = pieces_[static_cast<size_t>(entry->edge)];
-      if (p.direction == 0 || p.top > top || p.bottom < bottom)
+    for (const Edge* const* edge = first; edge < last; ++edge) {
+      const Edge& e = **edge;
+      if (e.direction == 0 || e.top > top || e.top + e.height < bottom)
         continue;
-      const double slope = (p.x_bottom - p.x_top) / (p.bottom - p.top);
-      spans_.push_back({p.top == top ? p.x_top : p.x_top + (top - p.top) * slope,
-                        p.bottom == bottom ? p.x_bottom : p.x_top + (bottom - p.top) * slope, p.direction});
+      const double x = static_cast<double>(e.x) / places_in_pixel;
+      const double slope = (static_cast<double>(e.next_x) / places_in_pixel - x) / e.height;
+      spans_.push_back({x + (top - e.top) * slope, x + (bottom - e.top) * slope, e.direction});
     }
-    add_band(bottom - top, winding);
+    add_band(static_cast<double>(bottom - top) / GridPoint::pixel, winding);
   }
 }
 
@@ -271,33 +339,47 @@ void Rasterizer::add_spans(double height, int winding) {
   for (const Span& s : spans_) {
     const int before = inside(winding);
     winding += s.direction;
-    if (const int sign = inside(winding) - before)
-      added_ += add_line(s.top, s.bottom, height, sign);
+    if (const int sign = inside(winding) - before) {
+      const int32_t all = rounded(height * sign * one);
+      added_ += all;
+      add_line(place_of(std::min(s.top, s.bottom)), place_of(std::max(s.top, s.bottom)), all);
+    }
   }
 }
 
-int32_t Rasterizer::add_line(double xa, double xb, double height, int sign) {
-  const double left = std::min(xa, xb);
-  const double right = std::max(xa, xb);
-  if (left >= area_.x1)
-    return 0;
-  const double all = height * sign * one;
-  const int32_t sum = rounded(all);
-  if (right < area_.x0) {
-    cells_[0] += sum;
-    return sum;
+inline void Rasterizer::add_line(Place left, Place right, int32_t all) {
+  const Place first = left >> place_bits;
+  if (first != right >> place_bits || first < area_.x0) {
+    add_long_line(left, right, all);
+    return;
   }
-  const int first = floor_of(left);
-  const int last = floor_of(right);
+  if (first >= area_.x1)
+    return;
+  // What lies left of the line's middle comes with the next pixel only.
+  constexpr int fraction_bits = 24;
+  const Place middle = (left + right) >> (place_bits - fraction_bits + 1) & ((1 << fraction_bits) - 1);
+  const auto later = static_cast<int32_t>(all * middle >> fraction_bits);
+  int32_t* const cell = cells_.data() + (first - area_.x0);
+  cell[0] += all - later;
+  cell[1] += later;
+}
+
+void Rasterizer::add_long_line(Place left, Place right, int32_t all) {
+  const auto first = static_cast<int>(left >> place_bits);
+  const auto last = static_cast<int>(right >> place_bits);
+  if (first >= area_.x1)
+    return;
+  if (last < area_.x0) {
+    cells_[0] += all;
+    return;
+  }
+  // From the first pixel on.
+  const Place origin = Place{first} << place_bits;
+  const double begin = static_cast<double>(left - origin) / places_in_pixel;
+  const double end = static_cast<double>(right - origin) / places_in_pixel;
+  // The height that lies left of x grows evenly from `begin` to `end`; a pixel's coverage is its mean there.
+  const double growth = all / (end - begin);
   int32_t* cell = cells_.data() + (std::max(first, area_.x0) - area_.x0);
-  if (first == last) {
-    const int32_t covered = rounded(all * (first + 1 - (left + right) / 2));
-    cell[0] += covered;
-    cell[1] += sum - covered;
-    return sum;
-  }
-  // The height that lies left of x grows evenly from `left` to `right`; a pixel's coverage is its mean there.
-  const double growth = all / (right - left);
   int32_t before = 0;
   const auto add = [&](double covered) {
     const int32_t now = rounded(covered);
@@ -305,14 +387,14 @@ int32_t Rasterizer::add_line(double xa, double xb, double height, int sign) {
     before = now;
   };
   if (first >= area_.x0)
-    add((first + 1 - left) * (first + 1 - left) / 2 * growth);
+    add((1 - begin) * (1 - begin) / 2 * growth);
   for (int x = std::max(first + 1, area_.x0); x < std::min(last, area_.x1); ++x)
-    add((x + 0.5 - left) * growth);
+    add((x - first + 0.5 - begin) * growth);
   if (last < area_.x1) {
-    add(all - (right - last) * (right - last) / 2 * growth);
+    const double beyond = end - (last - first);
+    add(all - beyond * beyond / 2 * growth);
     add(all);
   }
-  return sum;
 }
 
 }  // namespace cocoa

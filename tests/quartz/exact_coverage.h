@@ -18,11 +18,12 @@ struct TestEdge {
 
 inline std::vector<TestEdge> edges_of(const Polygon& polygon) {
   std::vector<TestEdge> edges;
+  const auto in_pixels = [](GridPoint p) { return DevicePoint{p.x / 256.0, p.y / 256.0}; };
   size_t begin = 0;
   for (const size_t end : polygon.ends()) {
     for (size_t i = begin; i < end; ++i) {
-      const DevicePoint a = polygon.points()[i];
-      const DevicePoint b = polygon.points()[i + 1 < end ? i + 1 : begin];
+      const DevicePoint a = in_pixels(polygon.points()[i]);
+      const DevicePoint b = in_pixels(polygon.points()[i + 1 < end ? i + 1 : begin]);
       if (a.y < b.y)
         edges.push_back({a.x, a.y, b.x, b.y, 1});
       if (a.y > b.y)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -13,6 +14,15 @@ namespace cocoa {
 
 enum class FillRule : uint8_t { nonzero, even_odd };
 
+/// A place on the grid that corners lie on, in steps of it.
+struct GridPoint {
+  static constexpr int bits = 8;
+  static constexpr int32_t pixel = 1 << bits;  ///< steps
+  int32_t x;
+  int32_t y;
+  bool operator==(const GridPoint&) const = default;
+};
+
 /// Closed contours in device pixels. Their corners lie on 256ths of a pixel, so that moving a shape by whole
 /// pixels, or mirroring it, moves or mirrors its corners exactly.
 class Polygon {
@@ -23,7 +33,7 @@ class Polygon {
   }
   /// The next corner of the contour. Further out than max_coordinate it is moved there.
   void add(double x, double y) {
-    const DevicePoint p{on_grid(x), on_grid(y)};
+    const GridPoint p{on_grid(x), on_grid(y)};
     if (points_.size() > begin_of_contour() && points_.back() == p)
       return;
     points_.push_back(p);
@@ -43,31 +53,26 @@ class Polygon {
   /// Whether it is one rectangle of whole pixels.
   bool is_whole_pixels() const;
   bool empty() const { return ends_.empty(); }
-  const std::vector<DevicePoint>& points() const { return points_; }
+  const std::vector<GridPoint>& points() const { return points_; }
   /// Behind the last corner of each contour.
   const std::vector<size_t>& ends() const { return ends_; }
   /// All pixels that may be covered.
-  PixelBounds bounds() const {
-    DeviceBox box;
-    for (const DevicePoint& p : points_)
-      box.add(p.x, p.y);
-    return box.pixels();
-  }
+  PixelBounds bounds() const;
   void move(int dx, int dy) {
-    for (DevicePoint& p : points_)
-      p = {p.x + dx, p.y + dy};
+    for (GridPoint& p : points_)
+      p = {p.x + dx * GridPoint::pixel, p.y + dy * GridPoint::pixel};
   }
 
  private:
-  static double on_grid(double v) {
-    constexpr double steps = 256;
+  static int32_t on_grid(double v) {
     // What is added leaves no room for a fraction: the library's rounding is slow.
     constexpr double whole = 0x1.8p52;
-    return (std::clamp(v, -max_coordinate, max_coordinate) * steps + whole - whole) / steps;
+    const double steps = std::clamp(v, -max_coordinate, max_coordinate) * GridPoint::pixel + whole;
+    return static_cast<int32_t>(std::bit_cast<int64_t>(steps));
   }
   size_t begin_of_contour() const { return ends_.empty() ? 0 : ends_.back(); }
 
-  std::vector<DevicePoint> points_;
+  std::vector<GridPoint> points_;
   std::vector<size_t> ends_;
 };
 

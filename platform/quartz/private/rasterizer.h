@@ -15,69 +15,74 @@ namespace cocoa {
 ///
 /// A row of pixels is swept from left to right. Edges whose extents in it touch form a group; between groups
 /// the winding number is the same at every height of the row. A group of one edge that separates inside
-/// from outside covers a trapezoid of each pixel. Any other group is divided at every height where an edge
-/// begins, ends or crosses another, into bands that have one winding number between two neighbours each. What
-/// a row comes out as depends on the edges in it alone, not on the part that is asked for.
+/// from outside covers a trapezoid of each pixel, and so does each edge of a group of which none cross. Any
+/// other group is divided at every height where an edge begins, ends or crosses another, into bands that have
+/// one winding number between two neighbours each. What a row comes out as depends on the edges in it alone,
+/// not on the part that is asked for.
 class Rasterizer {
  public:
   /// Sets the bytes of all pixels of `area`, the first of which is at `bytes`.
   void draw(const Polygon& polygon, FillRule rule, PixelBounds area, uint8_t* bytes, size_t bytes_per_row);
 
  private:
+  /// Along a row, in fractions of a pixel so small that an edge may be followed by adding up: over the
+  /// greatest height that there is, it is off by less than a fifty-thousandth of a pixel.
+  using Place = int64_t;
   struct Edge {
-    double x0, y0, x1, y1;  ///< downwards
-    double slope;
-    int direction;  ///< 1 when the contour runs downwards, −1 upwards, 0 along the row
-    int next;       ///< that begins in the same row
+    Place x;         ///< where it is when it comes into the row, or begins in it
+    Place next_x;    ///< where it leaves it, or ends
+    Place step;      ///< from row to row
+    int32_t height;  ///< what it has of the row, in steps of the grid
+    int32_t top;     ///< where that begins
+    int32_t last_row;
+    int32_t direction;  ///< 1 when the contour runs downwards, −1 upwards, 0 along the row
+    GridPoint end;      ///< the lower one
+    int32_t next;       ///< that begins in the same row
   };
-  /// What an edge has in the row, heights from the row's top.
-  struct Piece {
-    double top, bottom;
-    double x_top, x_bottom;
-    int direction;
-  };
-  struct Entry {
-    double left, right;
-    int edge;
-  };
-  /// What a piece has in a band.
+  /// What an edge has in a band.
   struct Span {
     double top, bottom;  ///< x
     int direction;
   };
 
   void set_edges(const Polygon& polygon);
-  void add_edge(DevicePoint from, DevicePoint to);
-  void cut_edges(int row);
-  void sort_entries();
-  void sweep(uint8_t* out);
+  void add_edge(GridPoint from, GridPoint to);
+  /// Cuts the edges by the row, which follows the last one, and puts those that are in it in order.
+  void go_to_row(int row);
+  void keep(Edge* edge);
+  void sweep();
   /// Adds what a group that ends at `right` covers; the winding number on its left becomes that on its right.
-  void add_group(const Entry* first, const Entry* last, double right, int& winding);
-  void add_bands(const Entry* first, const Entry* last, int winding);
+  void add_group(const Edge* const* first, const Edge* const* last, Place right, int& winding);
+  /// The same, if it is a group whose edges take their turns from left to right or from above to below.
+  bool add_in_order(const Edge* const* first, const Edge* const* last, int& winding);
+  void add_edge_in_order(const Edge& edge, int& winding);
+  void add_bands(const Edge* const* first, const Edge* const* last, int winding);
   void add_band(double height, int winding);
   void add_spans(double height, int winding);
   /// Of the band, how much lies above the first place where two spans cross; 1 when none do.
   double part_before_crossing() const;
   /// Ends the spans there, and begins others.
   void split_spans(double part);
-  /// Adds what lies right of a line between two x within a band, and answers by how much that raises the sum
-  /// of the row.
-  int32_t add_line(double xa, double xb, double height, int sign);
+  /// Adds what lies right of a line between two places within a band, by which the sum of the row grows by
+  /// `all`.
+  void add_line(Place left, Place right, int32_t all);
+  /// The same for one that passes pixels, or lies beyond the left side.
+  void add_long_line(Place left, Place right, int32_t all);
   /// Sums the cells up into coverage, and empties them.
   void write_row(uint8_t* out);
-  int inside(int winding) const { return rule_ == FillRule::even_odd ? winding & 1 : winding != 0; }
+  int inside(int winding) const { return (winding & rule_bits_) != 0; }
 
-  FillRule rule_ = FillRule::nonzero;
+  int rule_bits_ = 0;  ///< of a winding number, those that say that it is inside
   PixelBounds area_;
   std::vector<Edge> edges_;
-  std::vector<int> first_in_row_;
-  std::vector<Entry> active_;  ///< left to right
-  std::vector<Piece> pieces_;  ///< of the edge with the same index
-  std::vector<double> heights_;
+  std::vector<int32_t> first_in_row_;
+  std::vector<Edge*> active_;  ///< left to right, and behind them one that no other touches
+  Edge none_{};
+  std::vector<int32_t> heights_;
   std::vector<Span> spans_;
   std::vector<Span> spans_below_;
   std::vector<int32_t> cells_;  ///< by how much each pixel's coverage exceeds that of the one before
-  int32_t added_ = 0;           ///< to cells by the lines of a group
+  int32_t added_ = 0;           ///< to cells by the bands of a group
 };
 
 }  // namespace cocoa
