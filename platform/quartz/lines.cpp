@@ -1,14 +1,8 @@
 #include "quartz/private/lines.h"
 
-#include <agg_vcgen_stroke.h>
-
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-
-// Compiled for size with the rest of the module, instead of taken from the library, where it is twice as
-// large.
-template class agg::math_stroke<agg::pod_bvector<agg::point_d, 6>>;
 
 namespace cocoa {
 
@@ -18,102 +12,159 @@ namespace {
 /// pixel.
 constexpr double tolerance = 0.004;
 
+/// Goes along one side of a line and back along the other. What lies inside of a sharp bend is left by way
+/// of the path's own corner, so that short segments leave no holes when it is filled by the non-zero rule.
 class Stroker {
  public:
   Stroker(const Pen& pen, const Matrix& to_device, const Matrix& to_user, Polygon& outline)
-      : pen_(pen), to_device_(to_device), to_user_(to_user), outline_(outline) {
+      : pen_(pen), to_device_(to_device), to_user_(to_user), half_(pen.width / 2), outline_(outline) {
     const double stretch =
         std::max(std::hypot(to_device.xx, to_device.yx), std::hypot(to_device.xy, to_device.yy));
-    // The generator's own tolerance is an eighth of a unit.
-    scale_ = stretch / (8 * tolerance);
-    generator_.width(pen.width);
-    generator_.miter_limit(pen.miter_limit);
-    generator_.approximation_scale(scale_);
-    // Goes by the path's own corner where segments are short, so that what is inside of a bend has no holes.
-    generator_.inner_join(agg::inner_jag);
-    generator_.line_cap(pen.cap == LineCap::round    ? agg::round_cap
-                        : pen.cap == LineCap::square ? agg::square_cap
-                                                     : agg::butt_cap);
-    generator_.line_join(pen.join == LineJoin::round   ? agg::round_join
-                         : pen.join == LineJoin::bevel ? agg::bevel_join
-                                                       : agg::miter_join_revert);
+    radius_ = half_ * stretch;
+    // An arc's height over its chord is the tolerance.
+    largest_step_ = 2 * std::acos(radius_ / (radius_ + tolerance));
   }
 
   void add(const DevicePoint* first, const DevicePoint* last, bool closed) {
-    const auto differs = [first](const DevicePoint& p) { return !(p == *first); };
-    const DevicePoint* other = std::find_if(first, last, differs);
-    if (other == last) {
+    corners_.clear();
+    corners_.reserve(static_cast<size_t>(last - first));
+    for (const DevicePoint* p = first; p < last; ++p)
+      add_corner(*p);
+    // Of a closed line the last corner may be the first one too.
+    while (closed && corners_.size() > 1 && !set_segment(corners_.back(), corners_.front().at))
+      corners_.pop_back();
+    const size_t count = corners_.size();
+    if (count == 1) {
       if (closed || last - first > 1)
         add_dot(*first);
       return;
     }
-    generator_.remove_all();
-    for (const DevicePoint* p = first; p < last; ++p)
-      add_vertex(*p, p == first);
+    const Corner* const c = corners_.data();
+    for (size_t i = closed ? 0 : 1; i < count - (closed ? 0 : 1); ++i)
+      add_join(c[i].at, c[i > 0 ? i - 1 : count - 1], c[i], 1);
     if (closed) {
-      // The generator wants three corners of a closed line: there and back is one too.
-      if (std::all_of(other, last, [&](const DevicePoint& p) { return p == *other || p == *first; }))
-        add_vertex({(first->x + last[-1].x) / 2, (first->y + last[-1].y) / 2}, false);
-      generator_.add_vertex(0, 0, unsigned{agg::path_cmd_end_poly} | agg::path_flags_close);
+      outline_.close();
+    } else {
+      add_cap(c[count - 1].at, c[count - 2], 1);
     }
-    take_outline();
+    for (size_t i = count - (closed ? 0 : 1); i-- > (closed ? 0 : 1);)
+      add_join(c[i].at, c[i], c[i > 0 ? i - 1 : count - 1], -1);
+    if (!closed)
+      add_cap(c[0].at, c[0], -1);
+    outline_.close();
   }
 
  private:
-  void add_vertex(const DevicePoint& p, bool first) {
-    const DevicePoint user = to_user_.apply(p.x, p.y);
-    generator_.add_vertex(user.x, user.y, first ? agg::path_cmd_move_to : agg::path_cmd_line_to);
+  /// The segment that begins in a corner: of a line as it is gone along.
+  struct Corner {
+    DevicePoint at;
+    DevicePoint normal;  ///< in user space, of length 1: the direction turned by −90°
+    DevicePoint offset;  ///< the same in device pixels, as long as half the line is wide
+    double length;       ///< squared, in user space
+  };
+
+  /// From user space to device pixels, half the line's width for 1.
+  DevicePoint offset_of(double x, double y) const {
+    return {(to_device_.xx * x + to_device_.xy * y) * half_, (to_device_.yx * x + to_device_.yy * y) * half_};
   }
 
-  void take_outline() {
-    generator_.rewind(0);
-    double x = 0;
-    double y = 0;
-    for (unsigned command = generator_.vertex(&x, &y); !agg::is_stop(command);
-         command = generator_.vertex(&x, &y)) {
-      if (!agg::is_vertex(command)) {
-        outline_.close();
-        continue;
-      }
-      if (agg::is_move_to(command))
-        outline_.close();
-      add_corner(x, y);
+  /// False when it has no length.
+  bool set_segment(Corner& from, const DevicePoint& to) const {
+    const double dx = to.x - from.at.x;
+    const double dy = to.y - from.at.y;
+    const double x = to_user_.xx * dx + to_user_.xy * dy;
+    const double y = to_user_.yx * dx + to_user_.yy * dy;
+    from.length = x * x + y * y;
+    const double length = std::sqrt(from.length);
+    from.normal = {y / length, -x / length};
+    from.offset = offset_of(from.normal.x, from.normal.y);
+    return std::isfinite(from.offset.x) && std::isfinite(from.offset.y);
+  }
+
+  void add_corner(const DevicePoint& p) {
+    if (corners_.empty() || set_segment(corners_.back(), p))
+      corners_.push_back({p, {}, {}, 0});
+  }
+
+  void add_beside(const DevicePoint& p, const DevicePoint& offset, double sides) {
+    outline_.add(p.x + offset.x * sides, p.y + offset.y * sides);
+  }
+
+  /// On the side where the normals are, or, when `side` is −1, on the other one: from the segment that is
+  /// gone along first to the second.
+  void add_join(const DevicePoint& p, const Corner& first, const Corner& second, double side) {
+    const double sine = first.normal.x * second.normal.y - first.normal.y * second.normal.x;
+    const double cosine = first.normal.x * second.normal.x + first.normal.y * second.normal.y;
+    // Where the sides meet: beside the corner by the tangent of half the angle, from it by 1 / cosine of
+    // that.
+    bool meet = false;
+    if (sine < 0) {
+      meet = 4 * half_ * half_ * (1 - cosine) <= std::min(first.length, second.length) * (1 + cosine);
+    } else if (pen_.join == LineJoin::miter) {
+      meet = 2 <= pen_.miter_limit * pen_.miter_limit * (1 + cosine);
+    } else {
+      meet = radius_ * (1 - cosine) <= 4 * tolerance;
     }
-    outline_.close();
+    if (meet) {
+      const DevicePoint sum{first.offset.x + second.offset.x, first.offset.y + second.offset.y};
+      add_beside(p, sum, side / (1 + cosine));
+      return;
+    }
+    if (sine >= 0 && pen_.join == LineJoin::round) {
+      add_arc(p, first.normal, std::abs(std::atan2(sine, cosine)), side);
+      return;
+    }
+    add_beside(p, first.offset, side);
+    if (sine < 0)
+      outline_.add(p.x, p.y);
+    add_beside(p, second.offset, side);
+  }
+
+  /// From the segment's one side to the other.
+  void add_cap(const DevicePoint& p, const Corner& segment, double side) {
+    if (pen_.cap == LineCap::round) {
+      add_arc(p, segment.normal, std::numbers::pi, side);
+      return;
+    }
+    DevicePoint at[] = {p, p};
+    if (pen_.cap == LineCap::square) {
+      const DevicePoint ahead = offset_of(-segment.normal.y, segment.normal.x);
+      at[0] = at[1] = {p.x + ahead.x * side, p.y + ahead.y * side};
+    }
+    add_beside(at[0], segment.offset, side);
+    add_beside(at[1], segment.offset, -side);
+  }
+
+  /// From the normal on, to the left.
+  void add_arc(const DevicePoint& p, DevicePoint normal, double angle, double side) {
+    constexpr double most_steps = 4096;
+    const double steps = std::clamp(std::ceil(angle / largest_step_), 1.0, most_steps);
+    const double sine = std::sin(angle / steps);
+    const double cosine = std::cos(angle / steps);
+    for (double i = 0; i <= steps; ++i) {
+      add_beside(p, offset_of(normal.x, normal.y), side);
+      normal = {normal.x * cosine - normal.y * sine, normal.x * sine + normal.y * cosine};
+    }
   }
 
   void add_dot(const DevicePoint& p) {
-    const DevicePoint at = to_user_.apply(p.x, p.y);
-    const double radius = pen_.width / 2;
-    if (pen_.cap == LineCap::butt)
-      return;
-    if (pen_.cap == LineCap::square) {
-      for (const auto& [dx, dy] : {std::pair{-1, -1}, {1, -1}, {1, 1}, {-1, 1}})
-        add_corner(at.x + dx * radius, at.y + dy * radius);
-    } else {
-      // As the generator's caps: an arc's height over its chord is the tolerance.
-      const int corners =
-          std::max(8, static_cast<int>(std::numbers::pi / std::acos(radius / (radius + 0.125 / scale_))) + 1);
-      for (int i = 0; i < corners; ++i) {
-        const double angle = 2 * std::numbers::pi * i / corners;
-        add_corner(at.x + radius * std::cos(angle), at.y + radius * std::sin(angle));
-      }
+    if (pen_.cap == LineCap::round) {
+      add_arc(p, {1, 0}, 2 * std::numbers::pi, 1);
+    } else if (pen_.cap == LineCap::square) {
+      for (const auto& [x, y] : {std::pair{-1, -1}, {1, -1}, {1, 1}, {-1, 1}})
+        add_beside(p, offset_of(x, y), 1);
     }
     outline_.close();
-  }
-
-  void add_corner(double x, double y) {
-    const DevicePoint device = to_device_.apply(x, y);
-    if (std::isfinite(device.x) && std::isfinite(device.y))
-      outline_.add(device.x, device.y);
   }
 
   const Pen& pen_;
   const Matrix& to_device_;
   const Matrix& to_user_;
+  double half_;          ///< of the width
+  double radius_;        ///< the same where it is widest, in device pixels
+  double largest_step_;  ///< of a round line's arcs, as an angle
   Polygon& outline_;
-  agg::vcgen_stroke generator_;
-  double scale_;
+  std::vector<Corner> corners_;
 };
 
 }  // namespace

@@ -201,6 +201,143 @@ TEST(EdgePixels, OfCirclesAndCapsuleEndsAreWithinAThreeHundredth) {
   }
 }
 
+// A line is the union of its segments, joins and caps: each a contour of its own, all wound alike.
+
+class Pieces {
+ public:
+  Pieces(const Pen& pen, const Matrix& to_device) : pen_(pen), m_(to_device) {}
+  const std::vector<TestEdge>& edges() const { return edges_; }
+
+  /// In user space.
+  void add_line(const std::vector<DevicePoint>& points, bool closed) {
+    const size_t count = points.size();
+    const size_t segments = closed ? count : count - 1;
+    for (size_t i = 0; i < segments; ++i)
+      add_segment(points[i], points[(i + 1) % count]);
+    for (size_t i = closed ? 0 : 1; i < segments; ++i)
+      add_join(points[(i + count - 1) % count], points[i], points[(i + 1) % count]);
+    if (!closed) {
+      add_cap(points[0], points[1]);
+      add_cap(points[count - 1], points[count - 2]);
+    }
+  }
+
+ private:
+  double half() const { return pen_.width / 2; }
+  void add(std::vector<DevicePoint> contour) {
+    double twice_area = 0;
+    for (DevicePoint& p : contour)
+      p = m_.apply(p.x, p.y);
+    for (size_t i = 0; i < contour.size(); ++i) {
+      const DevicePoint& next = contour[(i + 1) % contour.size()];
+      twice_area += contour[i].x * next.y - contour[i].y * next.x;
+    }
+    if (twice_area < 0)
+      std::reverse(contour.begin(), contour.end());
+    add_contour(edges_, contour);
+  }
+  /// From a to b, as long as half the line is wide.
+  DevicePoint along(DevicePoint a, DevicePoint b) const {
+    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    return {(b.x - a.x) / length * half(), (b.y - a.y) / length * half()};
+  }
+  void add_segment(DevicePoint a, DevicePoint b) {
+    const DevicePoint d = along(a, b);
+    add({{a.x - d.y, a.y + d.x}, {b.x - d.y, b.y + d.x}, {b.x + d.y, b.y - d.x}, {a.x + d.y, a.y - d.x}});
+  }
+  /// A piece of the disc around p, from one place on its edge on.
+  void add_pie(DevicePoint p, DevicePoint from, double angle) {
+    std::vector<DevicePoint> contour{p};
+    const double begin = std::atan2(from.y - p.y, from.x - p.x);
+    for (int i = 0; i <= 100; ++i) {
+      const double at = begin + angle * i / 100;
+      contour.push_back({p.x + half() * std::cos(at), p.y + half() * std::sin(at)});
+    }
+    add(contour);
+  }
+  void add_join(DevicePoint a, DevicePoint p, DevicePoint b) {
+    const DevicePoint in = along(a, p);
+    const DevicePoint out = along(p, b);
+    const double side = in.x * out.y - in.y * out.x > 0 ? 1 : -1;
+    const DevicePoint first{p.x + side * in.y, p.y - side * in.x};
+    const DevicePoint second{p.x + side * out.y, p.y - side * out.x};
+    const double turn = std::acos((in.x * out.x + in.y * out.y) / (half() * half()));
+    if (pen_.join == LineJoin::round) {
+      add_pie(p, first, side * turn);
+      return;
+    }
+    std::vector<DevicePoint> contour{p, first, second};
+    if (pen_.join == LineJoin::miter && 1 / std::cos(turn / 2) <= pen_.miter_limit) {
+      const double ahead = std::tan(turn / 2);
+      contour.insert(contour.begin() + 2, {first.x + in.x * ahead, first.y + in.y * ahead});
+    }
+    add(contour);
+  }
+  void add_cap(DevicePoint p, DevicePoint from) {
+    const DevicePoint d = along(from, p);
+    if (pen_.cap == LineCap::round)
+      add_pie(p, {p.x + d.y, p.y - d.x}, pi);
+    if (pen_.cap == LineCap::square)
+      add_segment(p, {p.x + d.x, p.y + d.y});
+  }
+
+  Pen pen_;
+  Matrix m_;
+  std::vector<TestEdge> edges_;
+};
+
+TEST(StrokeOutline, CoversTheUnionOfSegmentsJoinsAndCaps) {
+  std::mt19937 random(32);
+  std::uniform_real_distribution<double> place(3, 17);
+  const Matrix matrices[] = {identity_matrix, {1, 0, 0, -1, 0, 20}, {1.25, 0.5, -0.25, 0.75, 0, 0}};
+  for (int i = 0; i < 54; ++i) {
+    SCOPED_TRACE(i);
+    const Pen pen{0.6 + i % 7, i % 4 ? 10 : 1.5, static_cast<LineCap>(i % 3),
+                  static_cast<LineJoin>(i / 3 % 3)};
+    const Matrix& m = matrices[i / 9 % 3];
+    const bool closed = i % 2 != 0;
+    // Some of them with segments that are shorter than the line is wide.
+    std::vector<DevicePoint> points;
+    for (int k = 0; k < 3 + i % 4; ++k) {
+      const DevicePoint p{place(random), place(random)};
+      points.push_back(k == 0 || i < 27
+                           ? p
+                           : DevicePoint{points.back().x + (p.x - 10) / 4, points.back().y + (p.y - 10) / 4});
+    }
+    Pieces pieces(pen, m);
+    pieces.add_line(points, closed);
+    for (DevicePoint& p : points)
+      p = m.apply(p.x, p.y);
+    const Error error = error_of(stroke(line_of(points, closed), pen, m), {0, 0, 24, 24}, pieces.edges());
+    EXPECT_LE(error.mean, 1);
+    EXPECT_LE(error.worst, 3);
+  }
+}
+
+TEST(StrokeOutline, OfSegmentsThatTurnBackAreAsWideAsAlone) {
+  // There and back on one line, by each join: the tip is that of a cap, or cut off.
+  for (const LineJoin join : {LineJoin::miter, LineJoin::round, LineJoin::bevel}) {
+    for (const double way : {1.0, -1.0}) {
+      const Lines lines = line_of({{30 - 10 * way, 30}, {30 + 10 * way, 30}, {30, 30}});
+      const LineCap cap = join == LineJoin::round ? LineCap::round : LineCap::butt;
+      const Lines alone = line_of({{30 - 10 * way, 30}, {30 + 10 * way, 30}});
+      const Pen pen{4, 10, LineCap::butt, join};
+      const auto bytes = covered(stroke(lines, pen), {30, 20, 60, 40});
+      EXPECT_EQ(way > 0 ? bytes : covered(stroke(lines, pen), {0, 20, 30, 40}),
+                way > 0 ? covered(stroke(alone, {4, 10, cap, join}), {30, 20, 60, 40})
+                        : covered(stroke(alone, {4, 10, cap, join}), {0, 20, 30, 40}));
+    }
+  }
+}
+
+TEST(StrokeOutline, OfAnyPenHasNoMoreCornersThanAnEyeCanTell) {
+  for (const double width : {1e-9, 1.0, 1e9, 1e300}) {
+    const Polygon outline =
+        stroke(line_of({{10, 10}, {20, 20}, {10, 20}}), {width, 10, LineCap::round, LineJoin::round});
+    EXPECT_LT(outline.points().size(), 20000U) << width;
+  }
+}
+
 /// Two periods of the oscillator, as a graph of the editor draws them.
 std::vector<DevicePoint> curve(double factor, double index, double scale) {
   std::vector<DevicePoint> points;
