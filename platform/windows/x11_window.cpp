@@ -33,13 +33,12 @@ X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, Plat
       kind_(options.kind),
       resizable_(options.resizable),
       id_(xcb_generate_id(system.connection().get())),
-      scale_(system.defaultScale()),
-      parent_height_(system.screenHeight()) {
+      place_(system.defaultScale(), system.screenHeight(), options.kind == WindowKind::embedded) {
   if (kind_ == WindowKind::embedded)
     host_ = static_cast<xcb_window_t>(options.host_window);
   if (options.parent && (kind_ == WindowKind::panel || kind_ == WindowKind::popup))
     parent_ = static_cast<xcb_window_t>(options.parent->nativeHandle());
-  place(options.frame);
+  place_.put(options.frame);
 }
 
 uint32_t X11Window::eventMask() const {
@@ -64,11 +63,10 @@ bool X11Window::create() {
         xcb_get_geometry_reply(c, xcb_get_geometry(c, host_), nullptr));
     if (!host)
       return false;
-    parent_height_ = host->height;
+    place_.setParentHeight(host->height);
     // Hosts built on Qt make a large window and shrink it round us when they know our size: only the upper
     // left corner stays inside.
-    x_ = 0;
-    y_ = 0;
+    place_.moveTo(0, 0);
     constexpr uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(c, host_, XCB_CW_EVENT_MASK, &structure);
   }
@@ -84,10 +82,10 @@ bool X11Window::create() {
   uint32_t mask = XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP | XCB_CW_OVERRIDE_REDIRECT;
   // Without a background the server leaves on the screen what is there until the first frame comes.
   mask |= translucent ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP;
-  const auto cookie = xcb_create_window_aux_checked(c, visual.depth, id_, parent, static_cast<int16_t>(x_),
-                                                    static_cast<int16_t>(y_), static_cast<uint16_t>(width_),
-                                                    static_cast<uint16_t>(height_), 0,
-                                                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.id, mask, &values);
+  const auto cookie = xcb_create_window_aux_checked(
+      c, visual.depth, id_, parent, static_cast<int16_t>(place_.x()), static_cast<int16_t>(place_.y()),
+      static_cast<uint16_t>(place_.width()), static_cast<uint16_t>(place_.height()), 0,
+      XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.id, mask, &values);
   if (const XcbPtr<xcb_generic_error_t> error(xcb_request_check(c, cookie)); error || connection_.lost())
     return false;
   configured_by_ = cookie.sequence;
@@ -105,9 +103,9 @@ void X11Window::describe(const std::string& title) {
   manager_moves_ = managed_ && connection_.managerUnderstands(connection_.atoms().net_wm_moveresize);
   set_identity(connection_, id_, kind_, leader_);
   if (resizable_) {
-    set_natural_size(connection_, id_, width_, height_, kind_);
+    set_natural_size(connection_, id_, place_.width(), place_.height(), kind_);
   } else {
-    set_fixed_size(connection_, id_, width_, height_, kind_);
+    set_fixed_size(connection_, id_, place_.width(), place_.height(), kind_);
   }
   if (kind_ != WindowKind::embedded)
     set_title(connection_, id_, title);
@@ -130,37 +128,12 @@ X11Window::~X11Window() {
   connection_.flush();
 }
 
-void X11Window::place(NSRect frame) {
-  const auto pixel = [this](CGFloat points) {
-    const double exact = static_cast<double>(points) * scale_;
-    return static_cast<int>(
-        std::lround(std::clamp<double>(exact, -largest_pixel_extent, largest_pixel_extent)));
-  };
-  setPixelSize(std::max(1, device_pixels(frame.size.width, scale_)),
-               std::max(1, device_pixels(frame.size.height, scale_)));
-  if (drawn_ == PixelRect{0, 0, width_, height_})
-    size_ = frame.size;
-  x_ = pixel(frame.origin.x);
-  y_ = parent_height_ - pixel(frame.origin.y) - height_;
-  if (kind_ == WindowKind::embedded) {
-    // A host often gives its window the right size only later; its upper left corner stays.
-    x_ = std::max(0, x_);
-    y_ = std::max(0, y_);
-  }
-}
-
-void X11Window::setPixelSize(int width, int height) {
-  width_ = width;
-  height_ = height;
-  drawn_ = drawn_part(width, height);
-  size_ = {static_cast<CGFloat>(drawn_.width / scale_), static_cast<CGFloat>(drawn_.height / scale_)};
-}
-
 void X11Window::resizeSurface() {
-  const bool lost = surface_->resize(device_pixels(size_.width, scale_), device_pixels(size_.height, scale_));
+  const bool lost = surface_->resize(device_pixels(place_.size().width, place_.scale()),
+                                     device_pixels(place_.size().height, place_.scale()));
   must_redraw_ = must_redraw_ || lost;
-  surface_->setOrigin(drawn_.x, drawn_.y);
-  const bool has_margin = drawn_ != PixelRect{0, 0, width_, height_};
+  surface_->setOrigin(place_.drawn().x, place_.drawn().y);
+  const bool has_margin = place_.hasMargin();
   if (std::exchange(has_margin_, has_margin) == has_margin)
     return;
   // What nobody draws is the server's to fill.
@@ -172,40 +145,33 @@ void X11Window::resizeSurface() {
     xcb_clear_area(connection_.get(), 0, id_, 0, 0, 0, 0);
 }
 
-NSRect X11Window::frame() const {
-  const int below = parent_height_ - y_ - drawn_.y - drawn_.height;
-  return {{static_cast<CGFloat>((x_ + drawn_.x) / scale_), static_cast<CGFloat>(below / scale_)}, size_};
-}
-
 NSRect X11Window::screenFrame() const {
-  screen_x_ = x_;
-  screen_y_ = y_;
+  screen_x_ = place_.x();
+  screen_y_ = place_.y();
   if (!gone_ && (kind_ == WindowKind::embedded || reparented_)) {
     if (const auto origin = connection_.originOf(id_)) {
       screen_x_ = origin->x;
       screen_y_ = origin->y;
     }
   }
-  const int below = system_.screenHeight() - screen_y_ - drawn_.y - drawn_.height;
-  return {{static_cast<CGFloat>((screen_x_ + drawn_.x) / scale_), static_cast<CGFloat>(below / scale_)},
-          size_};
+  return place_.frameAt(screen_x_, screen_y_, system_.screenHeight());
 }
 
 NSRect X11Window::screenBounds() const {
   return {{},
-          {static_cast<CGFloat>(system_.screenWidth() / scale_),
-           static_cast<CGFloat>(system_.screenHeight() / scale_)}};
+          {static_cast<CGFloat>(system_.screenWidth() / scale()),
+           static_cast<CGFloat>(system_.screenHeight() / scale())}};
 }
 
 void X11Window::setFrame(NSRect frame) {
-  const NSSize size_before = size_;
-  const PixelRect drawn_before = drawn_;
-  place(frame);
+  const NSSize size_before = place_.size();
+  const PixelRect drawn_before = place_.drawn();
+  place_.put(frame);
   if (gone_)
     return;
-  if (size_ != size_before || drawn_ != drawn_before) {
+  if (place_.size() != size_before || place_.drawn() != drawn_before) {
     if (!resizable_)
-      set_fixed_size(connection_, id_, width_, height_, kind_);
+      set_fixed_size(connection_, id_, place_.width(), place_.height(), kind_);
     resizeSurface();
     if (must_redraw_)
       connection_.wake();
@@ -214,17 +180,17 @@ void X11Window::setFrame(NSRect frame) {
   if (blends_itself_) {
     // Another part of the parent shows through now.
     lieOverParent();
-    surface_->restoreInWindow({0, 0, width_, height_});
+    surface_->restoreInWindow({0, 0, place_.width(), place_.height()});
   }
   connection_.flush();
 }
 
 void X11Window::configure() {
   xcb_configure_window_value_list_t values{};
-  values.x = x_;
-  values.y = y_;
-  values.width = static_cast<uint32_t>(width_);
-  values.height = static_cast<uint32_t>(height_);
+  values.x = place_.x();
+  values.y = place_.y();
+  values.width = static_cast<uint32_t>(place_.width());
+  values.height = static_cast<uint32_t>(place_.height());
   constexpr uint16_t mask =
       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
   configured_by_ = xcb_configure_window_aux(connection_.get(), id_, mask, &values).sequence;

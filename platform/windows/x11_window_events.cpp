@@ -64,11 +64,9 @@ void X11Window::tell(const std::vector<WindowEvent>& events) {
 
 PointerSample X11Window::sampleOf(const X11Pointer& pointer) const {
   PointerSample sample;
-  const double right = std::floor(pointer.x) - drawn_.x;
-  const double up = drawn_.y + drawn_.height - 1 - std::floor(pointer.y);
-  sample.location = {static_cast<CGFloat>(right / scale_), static_cast<CGFloat>(up / scale_)};
-  sample.screen_x = pointer.root_x / scale_;
-  sample.screen_y = pointer.root_y / scale_;
+  sample.location = place_.locationOf(pointer.x, pointer.y);
+  sample.screen_x = pointer.root_x / scale();
+  sample.screen_y = pointer.root_y / scale();
   sample.modifiers = modifiers_of(pointer.state);
   sample.time = pointer.time;
   sample.timestamp = system_.secondsOf(pointer.time);
@@ -132,8 +130,7 @@ void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
       down ? keyboard.press(event.detail, event.state) : keyboard.release(event.detail, event.state);
   WindowEvent told;
   told.type = down ? WindowEventType::key_down : WindowEventType::key_up;
-  told.location = {static_cast<CGFloat>((event.event_x - drawn_.x) / scale_),
-                   static_cast<CGFloat>((drawn_.y + drawn_.height - 1 - event.event_y) / scale_)};
+  told.location = place_.locationOf(event.event_x, event.event_y);
   told.modifiers = modifiers_of(event.state);
   told.timestamp = system_.secondsOf(event.time);
   told.keysym = key.keysym;
@@ -188,8 +185,8 @@ void X11Window::handleConfigure(const xcb_configure_notify_event_t& event, uint3
   // What was on its way when we asked for something else no longer holds.
   if (is_before(sequence, configured_by_))
     return;
-  if (event.width != width_ || event.height != height_) {
-    setPixelSize(event.width, event.height);
+  if (event.width != place_.width() || event.height != place_.height()) {
+    place_.setPixelSize(event.width, event.height);
     resizeSurface();
   }
   const bool by_manager = (event.response_type & 0x80) != 0;
@@ -224,15 +221,12 @@ void X11Window::askForPosition() {
 }
 
 void X11Window::setPosition(int x, int y) {
-  if (x == x_ && y == y_)
-    return;
-  x_ = x;
-  y_ = y;
-  delegate_.windowMoved();
+  if (place_.moveTo(x, y))
+    delegate_.windowMoved();
 }
 
 void X11Window::parentHasHeight(int height) {
-  if (std::exchange(parent_height_, height) != height)
+  if (place_.setParentHeight(height))
     delegate_.windowMoved();
 }
 

@@ -19,11 +19,11 @@ void X11Window::lieOverParent() {
     return;
   }
   const bool knows_its_place = parent->kind_ != WindowKind::embedded;
-  const int parent_x = knows_its_place ? parent->x_ : parent->screen_x_;
-  const int parent_y = knows_its_place ? parent->y_ : parent->screen_y_;
-  const PixelRect& below = parent->drawn_;
-  surface_->setBackdrop(parent->surface_.get(), x_ + drawn_.x - parent_x - below.x,
-                        y_ + drawn_.y - parent_y - below.y);
+  const int parent_x = knows_its_place ? parent->place_.x() : parent->screen_x_;
+  const int parent_y = knows_its_place ? parent->place_.y() : parent->screen_y_;
+  const PixelRect& below = parent->place_.drawn();
+  surface_->setBackdrop(parent->surface_.get(), place_.x() + place_.drawn().x - parent_x - below.x,
+                        place_.y() + place_.drawn().y - parent_y - below.y);
 }
 
 void X11Window::handleNewsBelow(const X11Window& parent, std::span<const PixelRect> damage) {
@@ -31,7 +31,7 @@ void X11Window::handleNewsBelow(const X11Window& parent, std::span<const PixelRe
     return;
   lieOverParent();
   for (const PixelRect& part : damage)
-    surface_->restoreAbove(clipped(part, parent.drawn_.width, parent.drawn_.height));
+    surface_->restoreAbove(clipped(part, parent.place_.drawn().width, parent.place_.drawn().height));
 }
 
 void X11Window::handlePressOutside(xcb_timestamp_t time) {

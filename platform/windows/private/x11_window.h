@@ -12,6 +12,7 @@
 #include "windows/pointer_tracker.h"
 #include "windows/private/x11_pointer.h"
 #include "windows/private/x11_surface.h"
+#include "windows/private/x11_window_place.h"
 #include "windows/window_system.h"
 
 namespace cocoa {
@@ -37,10 +38,10 @@ class X11Window : public PlatformWindow {
   std::optional<double> pressSeenAt() const override { return press_seen_at_; }
   void setTitle(std::string_view title) override;
   void setFrame(NSRect frame) override;
-  NSRect frame() const override;
+  NSRect frame() const override { return place_.frame(); }
   NSRect screenFrame() const override;
   NSRect screenBounds() const override;
-  double scale() const override { return scale_; }
+  double scale() const override { return place_.scale(); }
   bool letManagerMove() override;
   void grabPointer() override;
   void releasePointer() override;
@@ -76,9 +77,7 @@ class X11Window : public PlatformWindow {
   /// Whether it has the keys or is about to.
   bool isPopupWithKey() const { return isPopup() && (is_key_ || asked_for_key_); }
   /// A place on the screen, in device pixels.
-  bool covers(int x, int y) const {
-    return shown_ && x >= x_ && y >= y_ && x < x_ + width_ && y < y_ + height_;
-  }
+  bool covers(int x, int y) const { return shown_ && place_.covers(x, y); }
   /// The user has pressed a button somewhere, at that time in seconds.
   void handlePressAnywhere(double time);
   /// The user has pressed a button where no popup is: a popup with the keys loses them.
@@ -102,9 +101,6 @@ class X11Window : public PlatformWindow {
   uint32_t eventMask() const;
   /// Whether a manager, if there is one, puts a frame around it.
   bool isManageable() const { return kind_ == WindowKind::titled || kind_ == WindowKind::panel; }
-  /// Takes over the place and size of `frame` as far as device pixels can.
-  void place(NSRect frame);
-  void setPixelSize(int width, int height);
   /// Makes the pixels as many as are drawn.
   void resizeSurface();
   void configure();
@@ -142,15 +138,8 @@ class X11Window : public PlatformWindow {
   xcb_window_t id_;
   xcb_window_t host_ = XCB_WINDOW_NONE;
   bool blends_itself_ = false;  ///< a popup with translucent pixels on a screen without translucent windows
-  double scale_;
-  NSSize size_;  ///< points, of what is drawn; more exact than the device pixels are
-  int x_ = 0;    ///< device pixels from the top left of the screen or host
-  int y_ = 0;
-  int width_ = 1;  ///< device pixels; the server has no windows without any
-  int height_ = 1;
-  PixelRect drawn_;  ///< in the window, from its upper left
+  X11WindowPlace place_;
   bool has_margin_ = false;
-  int parent_height_ = 0;
   /// Where an embedded window was on the screen when somebody asked last, in device pixels.
   mutable int screen_x_ = 0;
   mutable int screen_y_ = 0;
