@@ -33,7 +33,8 @@ X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, Plat
       kind_(options.kind),
       resizable_(options.resizable),
       id_(xcb_generate_id(system.connection().get())),
-      place_(system.defaultScale(), system.screenHeight(), options.kind == WindowKind::embedded) {
+      place_(system.defaultScale(), system.screenHeight(), options.kind == WindowKind::embedded),
+      pointer_(*this) {
   if (kind_ == WindowKind::embedded)
     host_ = static_cast<xcb_window_t>(options.host_window);
   if (options.parent && (kind_ == WindowKind::panel || kind_ == WindowKind::popup))
@@ -100,7 +101,7 @@ bool X11Window::create() {
 void X11Window::describe(const std::string& title) {
   leader_ = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
   managed_ = isManageable() && connection_.hasWindowManager();
-  manager_moves_ = managed_ && connection_.managerUnderstands(connection_.atoms().net_wm_moveresize);
+  pointer_.setManagerMoves(managed_ && connection_.managerUnderstands(connection_.atoms().net_wm_moveresize));
   set_identity(connection_, id_, kind_, leader_);
   if (resizable_) {
     set_natural_size(connection_, id_, place_.width(), place_.height(), kind_);
@@ -318,29 +319,20 @@ void X11Window::giveKeyBack(xcb_timestamp_t time) {
 }
 
 bool X11Window::letManagerMove() {
-  if (gone_ || !manager_moves_)
+  if (gone_ || !pointer_.letManagerMove())
     return false;
-  // The press is ours as long as the button is held.
-  system_.pointingDevices().ungrab();
-  ask_to_move(connection_, id_, pressed_x_, pressed_y_);
-  moved_by_manager_ = true;
   connection_.flush();
   return true;
 }
 
 void X11Window::grabPointer() {
-  if (gone_ || !mapped_ || has_pointer_)
-    return;
-  has_pointer_ = true;
-  system_.pointingDevices().grabFor(id_);
-  connection_.flush();
+  if (!gone_ && mapped_ && pointer_.grab())
+    connection_.flush();
 }
 
 void X11Window::releasePointer() {
-  if (!std::exchange(has_pointer_, false))
-    return;
-  system_.pointingDevices().ungrab();
-  connection_.flush();
+  if (pointer_.release())
+    connection_.flush();
 }
 
 void X11Window::selectKeys(bool wanted) {

@@ -1,8 +1,5 @@
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "windows/pixel_geometry.h"
 #include "windows/private/x11_connection.h"
 #include "windows/private/x11_properties.h"
 #include "windows/private/x11_system.h"
@@ -11,42 +8,6 @@
 namespace cocoa {
 
 namespace {
-/// The bit of a button that is held, by the platform's numbers: left, right, middle.
-uint16_t bit_of_button(int button) {
-  switch (button) {
-    case 0:
-      return XCB_KEY_BUT_MASK_BUTTON_1;
-    case 1:
-      return XCB_KEY_BUT_MASK_BUTTON_3;
-    default:
-      return XCB_KEY_BUT_MASK_BUTTON_2;
-  }
-}
-
-int button_of(unsigned int x11_button) {
-  switch (x11_button) {
-    case 1:
-      return 0;
-    case 3:
-      return 1;
-    default:
-      return 2;
-  }
-}
-
-uint32_t modifiers_of(uint16_t state) {
-  uint32_t modifiers = 0;
-  if (state & XCB_KEY_BUT_MASK_SHIFT)
-    modifiers |= modifier_shift;
-  if (state & XCB_KEY_BUT_MASK_CONTROL)
-    modifiers |= modifier_control;
-  if (state & XCB_KEY_BUT_MASK_MOD_1)
-    modifiers |= modifier_option;
-  if (state & XCB_KEY_BUT_MASK_MOD_4)
-    modifiers |= modifier_command;
-  return modifiers;
-}
-
 /// Whether `sequence` numbers an earlier request than `other`; they wrap around.
 bool is_before(uint32_t sequence, uint32_t other) {
   return static_cast<int32_t>(sequence - other) < 0;
@@ -62,64 +23,22 @@ void X11Window::tell(const std::vector<WindowEvent>& events) {
   }
 }
 
-PointerSample X11Window::sampleOf(const X11Pointer& pointer) const {
-  PointerSample sample;
-  sample.location = place_.locationOf(pointer.x, pointer.y);
-  sample.screen_x = pointer.root_x / scale();
-  sample.screen_y = pointer.root_y / scale();
-  sample.modifiers = modifiers_of(pointer.state);
-  sample.time = pointer.time;
-  sample.timestamp = system_.secondsOf(pointer.time);
-  return sample;
-}
-
 void X11Window::handleButton(const X11Pointer& pointer, bool down) {
-  const PointerSample sample = sampleOf(pointer);
-  const int button = button_of(pointer.button);
-  if (std::exchange(moved_by_manager_, false) && !down)
-    ask_to_stop_moving(connection_, id_);
-  if (down && button == 0) {
-    pressed_x_ = static_cast<int>(std::floor(pointer.root_x));
-    pressed_y_ = static_cast<int>(std::floor(pointer.root_y));
-  }
-  if (down) {
-    tell({pointer_.press(sample, button)});
-  } else if (const auto event = pointer_.release(sample, button)) {
-    tell({*event});
-  }
+  if (const auto event = pointer_.button(pointer, down))
+    delegate_.windowReceived(*event);
 }
 
 void X11Window::handleMotion(const X11Pointer& pointer) {
-  const PointerSample sample = sampleOf(pointer);
-  std::vector<WindowEvent> events;
-  // The release of a button is lost to us when another program grabs the pointer meanwhile.
-  const std::vector<int> held = pointer_.held();
-  for (const int button : held) {
-    if ((pointer.state & bit_of_button(button)) == 0)
-      events.push_back(*pointer_.release(sample, button));
-  }
-  if (!pointer_.isAt(sample))
-    events.push_back(pointer_.move(sample));
-  tell(events);
+  tell(pointer_.motion(pointer));
 }
 
 void X11Window::handleTurn(const X11Pointer& pointer, ScrollTurn turn) {
-  tell({pointer_.scroll(sampleOf(pointer), turn)});
+  delegate_.windowReceived(pointer_.scroll(pointer, turn));
 }
 
 void X11Window::handleCrossing(const X11Pointer& pointer, bool in) {
-  const PointerSample sample = sampleOf(pointer);
-  if (const auto event = in ? pointer_.enter(sample) : pointer_.leave(sample))
-    tell({*event});
-}
-
-void X11Window::releaseHeldButtons() {
-  const std::vector<int> held = pointer_.held();
-  std::vector<WindowEvent> events;
-  events.reserve(held.size());
-  for (const int button : held)
-    events.push_back(*pointer_.release(pointer_.last(), button));
-  tell(events);
+  if (const auto event = pointer_.crossing(pointer, in))
+    delegate_.windowReceived(*event);
 }
 
 void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
@@ -131,12 +50,12 @@ void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
   WindowEvent told;
   told.type = down ? WindowEventType::key_down : WindowEventType::key_up;
   told.location = place_.locationOf(event.event_x, event.event_y);
-  told.modifiers = modifiers_of(event.state);
+  told.modifiers = modifiers_of_state(event.state);
   told.timestamp = system_.secondsOf(event.time);
   told.keysym = key.keysym;
   told.characters = std::move(key.characters);
   told.is_repeat = key.is_repeat;
-  tell({told});
+  delegate_.windowReceived(told);
 }
 
 void X11Window::handleFocus(const xcb_focus_in_event_t& event, bool has_it) {
@@ -239,9 +158,7 @@ void X11Window::handleMap() {
 void X11Window::handleUnmap() {
   mapped_ = false;
   obscured_ = false;
-  // The server has taken it back from what no longer shows.
-  has_pointer_ = false;
-  releaseHeldButtons();
+  tell(pointer_.releaseAll());
 }
 
 void X11Window::handleVisibility(const xcb_visibility_notify_event_t& event) {

@@ -9,10 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "windows/pointer_tracker.h"
-#include "windows/private/x11_pointer.h"
 #include "windows/private/x11_surface.h"
 #include "windows/private/x11_window_place.h"
+#include "windows/private/x11_window_pointer.h"
 #include "windows/window_system.h"
 
 namespace cocoa {
@@ -54,6 +53,8 @@ class X11Window : public PlatformWindow {
   /// The window that this one is embedded in; XCB_WINDOW_NONE for others.
   xcb_window_t host() const { return host_; }
   PlatformWindowDelegate& delegate() { return delegate_; }
+  X11WindowSystem& system() { return system_; }
+  const X11WindowPlace& place() const { return place_; }
   X11Surface& surface() { return *surface_; }
 
   // Events of the server, in x11_window_events.cpp.
@@ -118,13 +119,11 @@ class X11Window : public PlatformWindow {
   void tellParentHidden();
   void giveKeyBack(xcb_timestamp_t time = XCB_CURRENT_TIME);
   void askForScreenPlace(double now);
-  void releaseHeldButtons();
   void askForPosition();
   void setPosition(int x, int y);
   /// Any of them may destroy the window.
   void tell(const std::vector<WindowEvent>& events);
   void selectKeys(bool wanted);
-  PointerSample sampleOf(const X11Pointer& pointer) const;
 
   X11WindowSystem& system_;
   X11Connection& connection_;
@@ -145,7 +144,7 @@ class X11Window : public PlatformWindow {
   mutable int screen_y_ = 0;
   uint32_t configured_by_ = 0;  ///< the number of our last request for a position or size
   std::unique_ptr<X11Surface> surface_;
-  PointerTracker pointer_;
+  X11WindowPointer pointer_;
   bool reparented_ = false;  ///< a manager's frame is around it, so that positions are told in two ways
   bool shown_ = false;       ///< by its owner
   bool mapped_ = false;      ///< by the server
@@ -169,13 +168,8 @@ class X11Window : public PlatformWindow {
   bool wants_key_ = false;  ///< as soon as it is mapped
   bool asked_for_key_ = false;
   std::optional<double> press_seen_at_;
-  bool has_pointer_ = false;  ///< grabbed
   bool selects_keys_ = true;
-  bool managed_ = false;        ///< a window manager runs, who is to be asked for the keyboard
-  bool manager_moves_ = false;  ///< knows how to
-  bool moved_by_manager_ = false;
-  int pressed_x_ = 0;  ///< on the screen, device pixels
-  int pressed_y_ = 0;
+  bool managed_ = false;  ///< a window manager runs, who is to be asked for the keyboard
   bool must_redraw_ = false;
   xcb_window_t key_before_ = XCB_WINDOW_NONE;  ///< whom we took the keyboard from
 };
