@@ -195,7 +195,9 @@ void X11WindowSystem::popupKeyChanged() {
   if (!devices_.usable())
     return;
   bool wanted = false;
-  forEachWindow([&wanted](const X11Window& window) { wanted = wanted || window.isPopupWithKey(); });
+  forEachWindow([&wanted](const X11Window& window) {
+    wanted = wanted || (window.isPopup() && window.keyFocus().isClaimed());
+  });
   if (std::exchange(watches_presses_, wanted) != wanted)
     devices_.watchAllPresses(wanted);
 }
@@ -210,7 +212,10 @@ void X11WindowSystem::handlePressAnywhere(const xcb_input_raw_button_press_event
     return;
   const xcb_timestamp_t time = press.time;
   const double seconds = secondsOf(time);
-  forEachWindow([seconds](X11Window& window) { window.handlePressAnywhere(seconds); });
+  forEachWindow([seconds](X11Window& window) {
+    if (window.isPopup())
+      window.keyFocus().handlePressAnywhere(seconds);
+  });
   // Raw events have no position.
   const unsigned int sequence = xcb_query_pointer(connection_->get(), connection_->root()).sequence;
   connection_->expect(sequence, [this, time](const void* reply) {
@@ -221,8 +226,12 @@ void X11WindowSystem::handlePressAnywhere(const xcb_input_raw_button_press_event
     forEachWindow([&](const X11Window& window) {
       inside = inside || (window.isPopup() && window.covers(pointer->root_x, pointer->root_y));
     });
-    if (!inside)
-      forEachWindow([time](X11Window& window) { window.handlePressOutside(time); });
+    if (inside)
+      return;
+    forEachWindow([time](X11Window& window) {
+      if (window.isPopup())
+        window.keyFocus().handlePressOutside(time);
+    });
   });
 }
 
@@ -357,7 +366,7 @@ void X11WindowSystem::handleOther(const xcb_generic_event_t& event) {
     case XCB_FOCUS_OUT: {
       const auto& focus = reinterpret_cast<const xcb_focus_in_event_t&>(event);
       if (X11Window* window = find(focus.event))
-        window->handleFocus(focus, type == XCB_FOCUS_IN);
+        window->keyFocus().handleChange(focus, type == XCB_FOCUS_IN);
       break;
     }
     case XCB_EXPOSE: {

@@ -34,7 +34,8 @@ X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, Plat
       resizable_(options.resizable),
       id_(xcb_generate_id(system.connection().get())),
       place_(system.defaultScale(), system.screenHeight(), options.kind == WindowKind::embedded),
-      pointer_(*this) {
+      pointer_(*this),
+      focus_(*this, options.kind == WindowKind::embedded) {
   if (kind_ == WindowKind::embedded)
     host_ = static_cast<xcb_window_t>(options.host_window);
   if (options.parent && (kind_ == WindowKind::panel || kind_ == WindowKind::popup))
@@ -46,7 +47,7 @@ uint32_t X11Window::eventMask() const {
   uint32_t mask = XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_EXPOSURE |
                   XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE |
                   XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_VISIBILITY_CHANGE;
-  if (selects_keys_)
+  if (focus_.selectsKeys())
     mask |= XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
   if (!system_.pointingDevices().usable())
     mask |= XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
@@ -58,8 +59,6 @@ bool X11Window::create() {
   xcb_window_t parent = connection_.root();
   if (kind_ == WindowKind::embedded) {
     parent = host_;
-    // The pointer over us would draw the host's keys to us: they are selected only while we are key.
-    selects_keys_ = false;
     const XcbPtr<xcb_get_geometry_reply_t> host(
         xcb_get_geometry_reply(c, xcb_get_geometry(c, host_), nullptr));
     if (!host)
@@ -100,8 +99,10 @@ bool X11Window::create() {
 
 void X11Window::describe(const std::string& title) {
   leader_ = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
-  managed_ = isManageable() && connection_.hasWindowManager();
-  pointer_.setManagerMoves(managed_ && connection_.managerUnderstands(connection_.atoms().net_wm_moveresize));
+  if (isManageable() && connection_.hasWindowManager()) {
+    focus_.setManaged();
+    pointer_.setManagerMoves(connection_.managerUnderstands(connection_.atoms().net_wm_moveresize));
+  }
   set_identity(connection_, id_, kind_, leader_);
   if (resizable_) {
     set_natural_size(connection_, id_, place_.width(), place_.height(), kind_);
@@ -120,7 +121,7 @@ X11Window::~X11Window() {
     return;
   releasePointer();
   if (!gone_) {
-    giveKeyBack();
+    focus_.giveBack();
     xcb_destroy_window(connection_.get(), id_);
   }
   if (isPopup())
@@ -209,8 +210,8 @@ void X11Window::show() {
     return;
   shown_ = true;
   // The place of an embedded window is not told; without it the wrong part would show through.
-  if (const X11Window* parent = blends_itself_ ? system_.find(parent_) : nullptr)
-    parent->screenFrame();
+  if (const X11Window* below = blends_itself_ ? parent() : nullptr)
+    below->screenFrame();
   if (kind_ == WindowKind::panel && !mapped_)
     set_above(connection_, id_);
   constexpr uint32_t above = XCB_STACK_MODE_ABOVE;
@@ -219,8 +220,8 @@ void X11Window::show() {
   // Nobody can come between an override-redirect window and its being mapped.
   if (kind_ == WindowKind::popup)
     mapped_ = true;
-  if (mapped_ && std::exchange(wants_key_, false))
-    takeKey();
+  if (mapped_)
+    focus_.windowIsMapped();
   connection_.flush();
 }
 
@@ -228,16 +229,19 @@ void X11Window::hide() {
   if (gone_ || !shown_)
     return;
   releasePointer();
-  giveKeyBack();
+  focus_.windowIsHidden();
   shown_ = false;
   // The server's word for it may come only after the window has been shown again.
   mapped_ = false;
   obscured_ = false;
-  wants_key_ = false;
   xcb_unmap_window(connection_.get(), id_);
   if (isManageable())
     announce_withdrawal(connection_, id_);
   connection_.flush();
+}
+
+X11Window* X11Window::parent() const {
+  return system_.find(parent_);
 }
 
 bool X11Window::viewable() const {
@@ -252,70 +256,19 @@ void X11Window::present(std::span<const PixelRect> damage) {
 }
 
 void X11Window::makeKey() {
-  if (gone_ || is_key_)
+  if (gone_ || isKey())
     return;
-  if (!mapped_) {
-    // The server would refuse: only a window that shows can have the keyboard.
-    wants_key_ = true;
-    return;
-  }
-  takeKey();
+  if (!mapped_)
+    return focus_.takeOnceMapped();
+  focus_.take();
   connection_.flush();
 }
 
 void X11Window::giveUpKey() {
   if (gone_)
     return;
-  giveKeyBack();
+  focus_.giveBack();
   connection_.flush();
-}
-
-void X11Window::takeKey() {
-  if (managed_) {
-    ask_to_activate(connection_, id_);
-    return;
-  }
-  xcb_connection_t* c = connection_.get();
-  selectKeys(true);
-  asked_for_key_ = true;
-  gave_key_back_ = false;
-  times_retaken_ = 0;
-  if (isPopup())
-    system_.popupKeyChanged();
-  const unsigned int sequence = xcb_get_input_focus(c).sequence;
-  connection_.expect(sequence, [&system = system_, id = id_](const void* reply) {
-    X11Window* window = system.find(id);
-    if (!window || !reply)
-      return;
-    const xcb_window_t focus = static_cast<const xcb_get_input_focus_reply_t*>(reply)->focus;
-    if (focus != id)
-      window->key_before_ = focus;
-  });
-  // A host may have set the focus after the user's click, so the time of the click would come too late.
-  xcb_set_input_focus(c, XCB_INPUT_FOCUS_PARENT, id_, XCB_CURRENT_TIME);
-}
-
-void X11Window::giveKeyBack(xcb_timestamp_t time) {
-  // Once: by the time that the window goes, somebody else may have them.
-  if ((!is_key_ && !asked_for_key_) || std::exchange(gave_key_back_, true))
-    return;
-  asked_for_key_ = false;
-  if (managed_)
-    return;
-  xcb_window_t parent_or_host = XCB_INPUT_FOCUS_POINTER_ROOT;
-  if (const X11Window* parent = system_.find(parent_))
-    parent_or_host = parent->host_ == XCB_WINDOW_NONE ? parent_ : parent->host_;
-  const xcb_window_t next = key_before_ == XCB_WINDOW_NONE ? parent_or_host : key_before_;
-  system_.giveKeyTo(next, parent_or_host, time);
-  if (time == XCB_CURRENT_TIME)
-    return;
-  // The server passes over what is older than its last change: after a press in the very millisecond in which
-  // this window got the keys it would keep them.
-  const unsigned int sequence = xcb_get_input_focus(connection_.get()).sequence;
-  connection_.expect(sequence, [&system = system_, id = id_, next, parent_or_host](const void* reply) {
-    if (reply && static_cast<const xcb_get_input_focus_reply_t*>(reply)->focus == id)
-      system.giveKeyTo(next, parent_or_host, XCB_CURRENT_TIME);
-  });
 }
 
 bool X11Window::letManagerMove() {
@@ -335,10 +288,7 @@ void X11Window::releasePointer() {
     connection_.flush();
 }
 
-void X11Window::selectKeys(bool wanted) {
-  if (kind_ != WindowKind::embedded || selects_keys_ == wanted)
-    return;
-  selects_keys_ = wanted;
+void X11Window::selectEvents() {
   const uint32_t mask = eventMask();
   xcb_change_window_attributes(connection_.get(), id_, XCB_CW_EVENT_MASK, &mask);
 }

@@ -58,43 +58,6 @@ void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
   delegate_.windowReceived(told);
 }
 
-void X11Window::handleFocus(const xcb_focus_in_event_t& event, bool has_it) {
-  // Grabs borrow the focus for a moment; and the pointer's being here does not make us key.
-  const bool grabs = event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB;
-  const bool ours = event.detail == XCB_NOTIFY_DETAIL_ANCESTOR || event.detail == XCB_NOTIFY_DETAIL_VIRTUAL ||
-                    event.detail == XCB_NOTIFY_DETAIL_NONLINEAR ||
-                    event.detail == XCB_NOTIFY_DETAIL_NONLINEAR_VIRTUAL;
-  if (grabs || !ours || is_key_ == has_it)
-    return;
-  if (!has_it) {
-    // Of a popup that is told of presses anywhere, these end it and not the pointer's way to its parent.
-    if (isPopup() && shown_ && !gave_key_back_ && system_.watchesPresses())
-      return askWhoHasKeys();
-    return loseKey();
-  }
-  is_key_ = true;
-  asked_for_key_ = false;
-  if (isPopup())
-    system_.popupKeyChanged();
-  delegate_.windowBecameKey();
-}
-
-void X11Window::handlePressAnywhere(double time) {
-  if (isPopupWithKey())
-    press_seen_at_ = time;
-}
-
-void X11Window::loseKey() {
-  is_key_ = gave_key_back_ = false;
-  asked_for_key_ = false;
-  key_before_ = XCB_WINDOW_NONE;
-  selectKeys(false);
-  system_.keyboard().forgetHeldKeys();
-  if (isPopup())
-    system_.popupKeyChanged();
-  delegate_.windowResignedKey();
-}
-
 void X11Window::handleExpose(const xcb_expose_event_t& event) {
   lieOverParent();
   surface_->restoreInWindow({event.x, event.y, event.width, event.height});
@@ -151,8 +114,7 @@ void X11Window::parentHasHeight(int height) {
 
 void X11Window::handleMap() {
   mapped_ = true;
-  if (std::exchange(wants_key_, false))
-    takeKey();
+  focus_.windowIsMapped();
 }
 
 void X11Window::handleUnmap() {
@@ -198,8 +160,7 @@ void X11Window::handleGone() {
   surface_->abandon();
   X11WindowSystem& system = system_;
   const xcb_window_t id = id_;
-  if (std::exchange(is_key_, false))
-    delegate_.windowResignedKey();
+  focus_.handleGone();
   if (X11Window* window = system.find(id)) {
     system.remove(*window);
     window->delegate_.windowGone();

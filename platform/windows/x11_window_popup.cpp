@@ -1,6 +1,5 @@
 #include <utility>
 
-#include "foundation/Clock.h"
 #include "windows/pixel_geometry.h"
 #include "windows/private/x11_connection.h"
 #include "windows/private/x11_system.h"
@@ -13,7 +12,7 @@ namespace cocoa {
 void X11Window::lieOverParent() {
   if (!blends_itself_)
     return;
-  const X11Window* parent = system_.find(parent_);
+  const X11Window* parent = this->parent();
   if (!parent) {
     surface_->setBackdrop(nullptr, 0, 0);
     return;
@@ -34,73 +33,12 @@ void X11Window::handleNewsBelow(const X11Window& parent, std::span<const PixelRe
     surface_->restoreAbove(clipped(part, parent.place_.drawn().width, parent.place_.drawn().height));
 }
 
-void X11Window::handlePressOutside(xcb_timestamp_t time) {
-  if (!isPopupWithKey())
-    return;
-  // Just before the press: whoever gives the keys to what was pressed shall have the last word. Who has them
-  // already keeps them; and what we have taken again since is not given back by an earlier time.
-  if (!asks_for_key_holder_)
-    giveKeyBack(times_retaken_ > 0 ? xcb_timestamp_t{XCB_CURRENT_TIME} : time - 1);
-  loseKey();
-}
-
-// Focus follows the mouse, with some managers
-
-/// When the manager gives the keys to the popup's parent, as it does where the pointer moves onto that, they
-/// are taken again.
-void X11Window::askWhoHasKeys() {
-  if (std::exchange(asks_for_key_holder_, true))
-    return;
-  const unsigned int sequence = xcb_get_input_focus(connection_.get()).sequence;
-  connection_.expect(sequence, [&system = system_, id = id_](const void* reply) {
-    const auto* answer = static_cast<const xcb_get_input_focus_reply_t*>(reply);
-    if (X11Window* window = system.find(id))
-      window->judgeKeyHolder(answer ? answer->focus : xcb_window_t{XCB_WINDOW_NONE}, 0);
-  });
-}
-
-void X11Window::judgeKeyHolder(xcb_window_t holder, int depth) {
-  // A host gives the keys to a window of its own choice, a few levels inside its top-level window.
-  constexpr int deepest = 16;
-  const bool is_window = holder > XCB_INPUT_FOCUS_POINTER_ROOT && holder != connection_.root();
-  if (!is_key_ || holder == id_) {
-    asks_for_key_holder_ = false;
-  } else if (is_window && (holder == parent_ || holder == leader_)) {
-    asks_for_key_holder_ = false;
-    retakeKey();
-  } else if (is_window && depth < deepest) {
-    const unsigned int sequence = xcb_query_tree(connection_.get(), holder).sequence;
-    connection_.expect(sequence, [&system = system_, id = id_, depth](const void* reply) {
-      const auto* answer = static_cast<const xcb_query_tree_reply_t*>(reply);
-      if (X11Window* window = system.find(id))
-        window->judgeKeyHolder(answer ? answer->parent : xcb_window_t{XCB_WINDOW_NONE}, depth + 1);
-    });
-  } else {
-    asks_for_key_holder_ = false;
-    loseKey();
-  }
-}
-
-void X11Window::retakeKey() {
-  // A program that insists on the keys gets them: a pointer does not come and go so often.
-  constexpr int most_times = 8;
-  constexpr double within = 1;
-  const double now = Clock::system().now();
-  if (now - retaking_since_ > within) {
-    retaking_since_ = now;
-    times_retaken_ = 0;
-  }
-  if (++times_retaken_ > most_times)
-    return loseKey();
-  xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_PARENT, id_, XCB_CURRENT_TIME);
-}
-
 // Whether the parent shows
 
 void X11Window::watchParent(double now) {
   if (!isPopup() || !shown_)
     return;
-  X11Window* parent = system_.find(parent_);
+  X11Window* parent = this->parent();
   if (parent && parent->kind_ == WindowKind::embedded)
     parent->askForScreenPlace(now);
   askWhetherParentIsSeen(now);
@@ -129,17 +67,17 @@ void X11Window::askForScreenPlace(double now) {
 }
 
 bool X11Window::parentIsSeen() const {
-  return !system_.find(parent_) || connection_.isSeen(parent_, leader_);
+  return !parent() || connection_.isSeen(parent_, leader_);
 }
 
 void X11Window::tellParentHidden() {
-  if (X11Window* parent = system_.find(parent_))
+  if (X11Window* parent = this->parent())
     parent->delegate_.windowWasHidden();
 }
 
 void X11Window::askWhetherParentIsSeen(double now) {
   constexpr double interval = 0.1;
-  if (asked_parent_ || now - parent_asked_at_ < interval || !system_.find(parent_))
+  if (asked_parent_ || now - parent_asked_at_ < interval || !parent())
     return;
   asked_parent_ = true;
   parent_asked_at_ = now;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "windows/private/x11_key_focus.h"
 #include "windows/private/x11_surface.h"
 #include "windows/private/x11_window_place.h"
 #include "windows/private/x11_window_pointer.h"
@@ -33,8 +34,8 @@ class X11Window : public PlatformWindow {
   bool viewable() const override;
   void makeKey() override;
   void giveUpKey() override;
-  bool isKey() const override { return is_key_; }
-  std::optional<double> pressSeenAt() const override { return press_seen_at_; }
+  bool isKey() const override { return focus_.isKey(); }
+  std::optional<double> pressSeenAt() const override { return focus_.pressSeenAt(); }
   void setTitle(std::string_view title) override;
   void setFrame(NSRect frame) override;
   NSRect frame() const override { return place_.frame(); }
@@ -52,10 +53,21 @@ class X11Window : public PlatformWindow {
   xcb_window_t id() const { return id_; }
   /// The window that this one is embedded in; XCB_WINDOW_NONE for others.
   xcb_window_t host() const { return host_; }
+  bool isPopup() const { return kind_ == WindowKind::popup; }
+  bool isEmbedded() const { return kind_ == WindowKind::embedded; }
+  bool isShown() const { return shown_; }
+  /// The window that a popup lies over, or that a panel belongs to; null without one, or after it has gone.
+  X11Window* parent() const;
+  /// Whether it is the parent or the top-level window that the parent lies in.
+  bool liesOver(xcb_window_t window) const { return window == parent_ || window == leader_; }
   PlatformWindowDelegate& delegate() { return delegate_; }
   X11WindowSystem& system() { return system_; }
   const X11WindowPlace& place() const { return place_; }
   X11Surface& surface() { return *surface_; }
+  X11KeyFocus& keyFocus() { return focus_; }
+  const X11KeyFocus& keyFocus() const { return focus_; }
+  /// Has the server told the events that are to be told now.
+  void selectEvents();
 
   // Events of the server, in x11_window_events.cpp.
   void handleExpose(const xcb_expose_event_t& event);
@@ -66,7 +78,6 @@ class X11Window : public PlatformWindow {
   void handleVisibility(const xcb_visibility_notify_event_t& event);
   void handleProperty(const xcb_property_notify_event_t& event);
   void handleMessage(const xcb_client_message_event_t& event);
-  void handleFocus(const xcb_focus_in_event_t& event, bool has_it);
   void handleKey(const xcb_key_press_event_t& event, bool down);
   void handleButton(const X11Pointer& pointer, bool down);
   void handleMotion(const X11Pointer& pointer);
@@ -74,15 +85,8 @@ class X11Window : public PlatformWindow {
   void handleCrossing(const X11Pointer& pointer, bool in);
   /// `parent` shows something new in `damage`, by its device pixels, that may show through this window.
   void handleNewsBelow(const X11Window& parent, std::span<const PixelRect> damage);
-  bool isPopup() const { return kind_ == WindowKind::popup; }
-  /// Whether it has the keys or is about to.
-  bool isPopupWithKey() const { return isPopup() && (is_key_ || asked_for_key_); }
   /// A place on the screen, in device pixels.
   bool covers(int x, int y) const { return shown_ && place_.covers(x, y); }
-  /// The user has pressed a button somewhere, at that time in seconds.
-  void handlePressAnywhere(double time);
-  /// The user has pressed a button where no popup is: a popup with the keys loses them.
-  void handlePressOutside(xcb_timestamp_t time);
   /// The window no longer exists.
   void handleGone();
   /// The window that it lies in, the screen or the host's, has another height.
@@ -107,23 +111,16 @@ class X11Window : public PlatformWindow {
   void configure();
   /// Has the parent's pixels show through from where it is now, if nobody else sees to it.
   void lieOverParent();
-  void takeKey();
-  void loseKey();
-  void askWhoHasKeys();
-  void judgeKeyHolder(xcb_window_t holder, int depth);
-  void retakeKey();
   void askWhetherParentIsSeen(double now);
   /// The same now; waits for the server.
   bool parentIsSeen() const;
   /// The owner of the parent may well destroy this window.
   void tellParentHidden();
-  void giveKeyBack(xcb_timestamp_t time = XCB_CURRENT_TIME);
   void askForScreenPlace(double now);
   void askForPosition();
   void setPosition(int x, int y);
   /// Any of them may destroy the window.
   void tell(const std::vector<WindowEvent>& events);
-  void selectKeys(bool wanted);
 
   X11WindowSystem& system_;
   X11Connection& connection_;
@@ -145,6 +142,7 @@ class X11Window : public PlatformWindow {
   uint32_t configured_by_ = 0;  ///< the number of our last request for a position or size
   std::unique_ptr<X11Surface> surface_;
   X11WindowPointer pointer_;
+  X11KeyFocus focus_;
   bool reparented_ = false;  ///< a manager's frame is around it, so that positions are told in two ways
   bool shown_ = false;       ///< by its owner
   bool mapped_ = false;      ///< by the server
@@ -158,20 +156,9 @@ class X11Window : public PlatformWindow {
   bool parent_hidden_ = false;
   bool parent_was_seen_ = false;
   double parent_asked_at_ = 0;
-  bool gave_key_back_ = false;
-  bool asks_for_key_holder_ = false;
-  int times_retaken_ = 0;
-  double retaking_since_ = 0;
   bool asked_place_ = false;
   double place_asked_at_ = 0;
-  bool is_key_ = false;
-  bool wants_key_ = false;  ///< as soon as it is mapped
-  bool asked_for_key_ = false;
-  std::optional<double> press_seen_at_;
-  bool selects_keys_ = true;
-  bool managed_ = false;  ///< a window manager runs, who is to be asked for the keyboard
   bool must_redraw_ = false;
-  xcb_window_t key_before_ = XCB_WINDOW_NONE;  ///< whom we took the keyboard from
 };
 
 }  // namespace cocoa
