@@ -80,7 +80,7 @@ void X11KeyFocus::handleChange(const xcb_focus_in_event_t& event, bool has_them)
     return;
   if (!has_them) {
     // Of a popup that is told of presses anywhere, these end it and not the pointer's way to its parent.
-    if (window_.isPopup() && window_.isShown() && stage_.stage() == X11KeyStage::Stage::held &&
+    if (window_.isPopup() && window_.visibility().isShown() && stage_.stage() == X11KeyStage::Stage::held &&
         window_.system().watchesPresses())
       return askForHolder();
     return lose();
@@ -147,7 +147,7 @@ void X11KeyFocus::judgeHolder(xcb_window_t holder, int depth) {
   const bool is_window = holder > XCB_INPUT_FOCUS_POINTER_ROOT && holder != connection.root();
   if (!isKey() || holder == window_.id()) {
     asks_for_holder_ = false;
-  } else if (is_window && window_.liesOver(holder)) {
+  } else if (is_window && window_.parentProbe().concerns(holder)) {
     asks_for_holder_ = false;
     retake();
   } else if (is_window && depth < deepest) {

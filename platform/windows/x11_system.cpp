@@ -107,8 +107,8 @@ bool X11WindowSystem::dispatch() {
   flushMotion();
   const double now = Clock::system().now();
   forEachWindow([](X11Window& window) { window.tellDeferred(); });
-  forEachWindow([now](X11Window& window) { window.askWhetherHostShows(now); });
-  forEachWindow([now](X11Window& window) { window.watchParent(now); });
+  forEachWindow([now](X11Window& window) { window.visibility().askHost(now); });
+  forEachWindow([now](X11Window& window) { window.parentProbe().ask(now); });
   connection_->flush();
   if (connection_->lost()) {
     loseConnection();
@@ -306,7 +306,7 @@ bool X11WindowSystem::handleStructure(const xcb_generic_event_t& event) {
     case XCB_REPARENT_NOTIFY: {
       const auto& reparent = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
       if (X11Window* window = find(reparent.window))
-        window->handleReparent(reparent);
+        window->placement().handleReparent(reparent);
       return true;
     }
     case XCB_MAP_NOTIFY:
@@ -378,13 +378,14 @@ void X11WindowSystem::handleOther(const xcb_generic_event_t& event) {
     case XCB_VISIBILITY_NOTIFY: {
       const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(event);
       if (X11Window* window = find(visibility.window))
-        window->handleVisibility(visibility);
+        window->visibility().setObscured(visibility.state == XCB_VISIBILITY_FULLY_OBSCURED);
       break;
     }
     case XCB_PROPERTY_NOTIFY: {
       const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-      if (X11Window* window = find(property.window))
-        window->handleProperty(property);
+      X11Window* window = find(property.window);
+      if (window && property.atom == connection_->atoms().wm_state)
+        window->visibility().askManager();
       break;
     }
     case XCB_CLIENT_MESSAGE: {

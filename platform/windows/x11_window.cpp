@@ -26,6 +26,14 @@ std::unique_ptr<X11Window> X11Window::make(X11WindowSystem& system, const Window
   return window;
 }
 
+namespace {
+xcb_window_t parent_of(const WindowOptions& options) {
+  const bool has_one =
+      options.parent && (options.kind == WindowKind::panel || options.kind == WindowKind::popup);
+  return has_one ? static_cast<xcb_window_t>(options.parent->nativeHandle()) : xcb_window_t{XCB_WINDOW_NONE};
+}
+}  // namespace
+
 X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, PlatformWindowDelegate& delegate)
     : system_(system),
       connection_(system.connection()),
@@ -33,14 +41,14 @@ X11Window::X11Window(X11WindowSystem& system, const WindowOptions& options, Plat
       kind_(options.kind),
       resizable_(options.resizable),
       id_(xcb_generate_id(system.connection().get())),
-      place_(system.defaultScale(), system.screenHeight(), options.kind == WindowKind::embedded),
+      parent_probe_(*this, parent_of(options)),
+      placement_(*this, system.defaultScale(), system.screenHeight(), isEmbedded()),
+      visibility_(*this),
       pointer_(*this),
-      focus_(*this, options.kind == WindowKind::embedded) {
-  if (kind_ == WindowKind::embedded)
+      focus_(*this, isEmbedded()) {
+  if (isEmbedded())
     host_ = static_cast<xcb_window_t>(options.host_window);
-  if (options.parent && (kind_ == WindowKind::panel || kind_ == WindowKind::popup))
-    parent_ = static_cast<xcb_window_t>(options.parent->nativeHandle());
-  place_.put(options.frame);
+  placement_.place().put(options.frame);
 }
 
 uint32_t X11Window::eventMask() const {
@@ -57,57 +65,57 @@ uint32_t X11Window::eventMask() const {
 bool X11Window::create() {
   xcb_connection_t* c = connection_.get();
   xcb_window_t parent = connection_.root();
-  if (kind_ == WindowKind::embedded) {
+  if (isEmbedded()) {
     parent = host_;
     const XcbPtr<xcb_get_geometry_reply_t> host(
         xcb_get_geometry_reply(c, xcb_get_geometry(c, host_), nullptr));
     if (!host)
       return false;
-    place_.setParentHeight(host->height);
+    placement_.place().setParentHeight(host->height);
     // Hosts built on Qt make a large window and shrink it round us when they know our size: only the upper
     // left corner stays inside.
-    place_.moveTo(0, 0);
+    placement_.place().moveTo(0, 0);
     constexpr uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(c, host_, XCB_CW_EVENT_MASK, &structure);
   }
-  const bool translucent =
-      kind_ == WindowKind::popup && connection_.translucentVisual() && connection_.hasCompositor();
+  const bool translucent = isPopup() && connection_.translucentVisual() && connection_.hasCompositor();
   const X11Visual& visual = translucent ? connection_.translucentVisual() : connection_.opaqueVisual();
 
   // A visual other than the parent's needs a border, a colormap and a background of its own.
   xcb_create_window_value_list_t values{};
   values.event_mask = eventMask();
   values.colormap = visual.colormap;
-  values.override_redirect = kind_ == WindowKind::popup ? 1 : 0;
+  values.override_redirect = isPopup() ? 1 : 0;
   uint32_t mask = XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP | XCB_CW_OVERRIDE_REDIRECT;
   // Without a background the server leaves on the screen what is there until the first frame comes.
   mask |= translucent ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP;
   const auto cookie = xcb_create_window_aux_checked(
-      c, visual.depth, id_, parent, static_cast<int16_t>(place_.x()), static_cast<int16_t>(place_.y()),
-      static_cast<uint16_t>(place_.width()), static_cast<uint16_t>(place_.height()), 0,
+      c, visual.depth, id_, parent, static_cast<int16_t>(place().x()), static_cast<int16_t>(place().y()),
+      static_cast<uint16_t>(place().width()), static_cast<uint16_t>(place().height()), 0,
       XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.id, mask, &values);
   if (const XcbPtr<xcb_generic_error_t> error(xcb_request_check(c, cookie)); error || connection_.lost())
     return false;
-  configured_by_ = cookie.sequence;
-  blends_itself_ = kind_ == WindowKind::popup && !translucent;
+  placement_.setRequestedBy(cookie.sequence);
+  blends_itself_ = isPopup() && !translucent;
   // What is blended on its way is not what lies in memory.
   const bool shares_memory = system_.sharesMemory() && !blends_itself_;
   surface_ = std::make_unique<X11Surface>(connection_, id_, visual.depth, shares_memory);
   resizeSurface();
+  life_ = Life::alive;
   return true;
 }
 
 void X11Window::describe(const std::string& title) {
-  leader_ = parent_ == XCB_WINDOW_NONE ? parent_ : connection_.topLevelOf(parent_);
+  parent_probe_.findLeader();
   if (isManageable() && connection_.hasWindowManager()) {
     focus_.setManaged();
     pointer_.setManagerMoves(connection_.managerUnderstands(connection_.atoms().net_wm_moveresize));
   }
-  set_identity(connection_, id_, kind_, leader_);
+  set_identity(connection_, id_, kind_, parent_probe_.leader());
   if (resizable_) {
-    set_natural_size(connection_, id_, place_.width(), place_.height(), kind_);
+    set_natural_size(connection_, id_, place().width(), place().height(), kind_);
   } else {
-    set_fixed_size(connection_, id_, place_.width(), place_.height(), kind_);
+    set_fixed_size(connection_, id_, place().width(), place().height(), kind_);
   }
   if (kind_ != WindowKind::embedded)
     set_title(connection_, id_, title);
@@ -117,10 +125,10 @@ void X11Window::describe(const std::string& title) {
 
 X11Window::~X11Window() {
   system_.remove(*this);
-  if (!surface_)
+  if (life_ == Life::unborn)
     return;
   releasePointer();
-  if (!gone_) {
+  if (life_ == Life::alive) {
     focus_.giveBack();
     xcb_destroy_window(connection_.get(), id_);
   }
@@ -131,11 +139,11 @@ X11Window::~X11Window() {
 }
 
 void X11Window::resizeSurface() {
-  const bool lost = surface_->resize(device_pixels(place_.size().width, place_.scale()),
-                                     device_pixels(place_.size().height, place_.scale()));
+  const bool lost = surface_->resize(device_pixels(place().size().width, place().scale()),
+                                     device_pixels(place().size().height, place().scale()));
   must_redraw_ = must_redraw_ || lost;
-  surface_->setOrigin(place_.drawn().x, place_.drawn().y);
-  const bool has_margin = place_.hasMargin();
+  surface_->setOrigin(place().drawn().x, place().drawn().y);
+  const bool has_margin = place().hasMargin();
   if (std::exchange(has_margin_, has_margin) == has_margin)
     return;
   // What nobody draws is the server's to fill.
@@ -147,18 +155,6 @@ void X11Window::resizeSurface() {
     xcb_clear_area(connection_.get(), 0, id_, 0, 0, 0, 0);
 }
 
-NSRect X11Window::screenFrame() const {
-  screen_x_ = place_.x();
-  screen_y_ = place_.y();
-  if (!gone_ && (kind_ == WindowKind::embedded || reparented_)) {
-    if (const auto origin = connection_.originOf(id_)) {
-      screen_x_ = origin->x;
-      screen_y_ = origin->y;
-    }
-  }
-  return place_.frameAt(screen_x_, screen_y_, system_.screenHeight());
-}
-
 NSRect X11Window::screenBounds() const {
   return {{},
           {static_cast<CGFloat>(system_.screenWidth() / scale()),
@@ -166,86 +162,62 @@ NSRect X11Window::screenBounds() const {
 }
 
 void X11Window::setFrame(NSRect frame) {
-  const NSSize size_before = place_.size();
-  const PixelRect drawn_before = place_.drawn();
-  place_.put(frame);
-  if (gone_)
+  const NSSize size_before = place().size();
+  const PixelRect drawn_before = place().drawn();
+  placement_.place().put(frame);
+  if (isGone())
     return;
-  if (place_.size() != size_before || place_.drawn() != drawn_before) {
+  if (place().size() != size_before || place().drawn() != drawn_before) {
     if (!resizable_)
-      set_fixed_size(connection_, id_, place_.width(), place_.height(), kind_);
+      set_fixed_size(connection_, id_, place().width(), place().height(), kind_);
     resizeSurface();
     if (must_redraw_)
       connection_.wake();
   }
-  configure();
+  placement_.request();
   if (blends_itself_) {
     // Another part of the parent shows through now.
     lieOverParent();
-    surface_->restoreInWindow({0, 0, place_.width(), place_.height()});
+    surface_->restoreInWindow({0, 0, place().width(), place().height()});
   }
   connection_.flush();
 }
 
-void X11Window::configure() {
-  xcb_configure_window_value_list_t values{};
-  values.x = place_.x();
-  values.y = place_.y();
-  values.width = static_cast<uint32_t>(place_.width());
-  values.height = static_cast<uint32_t>(place_.height());
-  constexpr uint16_t mask =
-      XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
-  configured_by_ = xcb_configure_window_aux(connection_.get(), id_, mask, &values).sequence;
-}
-
 void X11Window::setTitle(std::string_view title) {
-  if (gone_ || kind_ == WindowKind::embedded)
+  if (isGone() || isEmbedded())
     return;
   set_title(connection_, id_, title);
   connection_.flush();
 }
 
 void X11Window::show() {
-  if (gone_)
+  if (isGone())
     return;
-  shown_ = true;
   // The place of an embedded window is not told; without it the wrong part would show through.
   if (const X11Window* below = blends_itself_ ? parent() : nullptr)
     below->screenFrame();
-  if (kind_ == WindowKind::panel && !mapped_)
+  if (kind_ == WindowKind::panel && !visibility_.isMapped())
     set_above(connection_, id_);
   constexpr uint32_t above = XCB_STACK_MODE_ABOVE;
   xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
   xcb_map_window(connection_.get(), id_);
-  // Nobody can come between an override-redirect window and its being mapped.
-  if (kind_ == WindowKind::popup)
-    mapped_ = true;
-  if (mapped_)
+  // An override-redirect window needs nobody's leave.
+  visibility_.show(isPopup());
+  if (visibility_.isMapped())
     focus_.windowIsMapped();
   connection_.flush();
 }
 
 void X11Window::hide() {
-  if (gone_ || !shown_)
+  if (isGone() || !visibility_.isShown())
     return;
   releasePointer();
   focus_.windowIsHidden();
-  shown_ = false;
-  // The server's word for it may come only after the window has been shown again.
-  mapped_ = false;
-  obscured_ = false;
+  visibility_.hide();
   xcb_unmap_window(connection_.get(), id_);
   if (isManageable())
     announce_withdrawal(connection_, id_);
   connection_.flush();
-}
-
-X11Window* X11Window::parent() const {
-  return system_.find(parent_);
-}
-
-bool X11Window::viewable() const {
-  return shown_ && mapped_ && !obscured_ && !iconic_ && host_shows_ && !gone_;
 }
 
 void X11Window::present(std::span<const PixelRect> damage) {
@@ -256,30 +228,30 @@ void X11Window::present(std::span<const PixelRect> damage) {
 }
 
 void X11Window::makeKey() {
-  if (gone_ || isKey())
+  if (isGone() || isKey())
     return;
-  if (!mapped_)
+  if (!visibility_.isMapped())
     return focus_.takeOnceMapped();
   focus_.take();
   connection_.flush();
 }
 
 void X11Window::giveUpKey() {
-  if (gone_)
+  if (isGone())
     return;
   focus_.giveBack();
   connection_.flush();
 }
 
 bool X11Window::letManagerMove() {
-  if (gone_ || !pointer_.letManagerMove())
+  if (isGone() || !pointer_.letManagerMove())
     return false;
   connection_.flush();
   return true;
 }
 
 void X11Window::grabPointer() {
-  if (!gone_ && mapped_ && pointer_.grab())
+  if (!isGone() && visibility_.isMapped() && pointer_.grab())
     connection_.flush();
 }
 
@@ -291,6 +263,139 @@ void X11Window::releasePointer() {
 void X11Window::selectEvents() {
   const uint32_t mask = eventMask();
   xcb_change_window_attributes(connection_.get(), id_, XCB_CW_EVENT_MASK, &mask);
+}
+
+// With the parent's pixels showing through
+
+void X11Window::lieOverParent() {
+  if (!blends_itself_)
+    return;
+  const X11Window* below = parent();
+  if (!below) {
+    surface_->setBackdrop(nullptr, 0, 0);
+    return;
+  }
+  const X11Connection::Place origin = below->placement_.knownOrigin();
+  const PixelRect& drawn_below = below->place().drawn();
+  surface_->setBackdrop(below->surface_.get(), place().x() + place().drawn().x - origin.x - drawn_below.x,
+                        place().y() + place().drawn().y - origin.y - drawn_below.y);
+}
+
+void X11Window::handleNewsBelow(const X11Window& changed, std::span<const PixelRect> damage) {
+  if (!blends_itself_ || !parent_probe_.isParent(changed.id_))
+    return;
+  lieOverParent();
+  for (const PixelRect& part : damage)
+    surface_->restoreAbove(clipped(part, changed.place().drawn().width, changed.place().drawn().height));
+}
+
+// Events of the server
+
+void X11Window::tell(const std::vector<WindowEvent>& events) {
+  X11WindowSystem& system = system_;
+  const xcb_window_t id = id_;
+  for (const WindowEvent& event : events) {
+    if (X11Window* window = system.find(id))
+      window->delegate_.windowReceived(event);
+  }
+}
+
+void X11Window::handleButton(const X11Pointer& pointer, bool down) {
+  if (const auto event = pointer_.button(pointer, down))
+    delegate_.windowReceived(*event);
+}
+
+void X11Window::handleMotion(const X11Pointer& pointer) {
+  tell(pointer_.motion(pointer));
+}
+
+void X11Window::handleTurn(const X11Pointer& pointer, ScrollTurn turn) {
+  delegate_.windowReceived(pointer_.scroll(pointer, turn));
+}
+
+void X11Window::handleCrossing(const X11Pointer& pointer, bool in) {
+  if (const auto event = pointer_.crossing(pointer, in))
+    delegate_.windowReceived(*event);
+}
+
+void X11Window::handleKey(const xcb_key_press_event_t& event, bool down) {
+  if (down && isPopup() && !parent_probe_.isSeen())
+    return parent_probe_.tellHidden();
+  X11Keyboard& keyboard = system_.keyboard();
+  X11Keyboard::Key key =
+      down ? keyboard.press(event.detail, event.state) : keyboard.release(event.detail, event.state);
+  WindowEvent told;
+  told.type = down ? WindowEventType::key_down : WindowEventType::key_up;
+  told.location = place().locationOf(event.event_x, event.event_y);
+  told.modifiers = modifiers_of_state(event.state);
+  told.timestamp = system_.secondsOf(event.time);
+  told.keysym = key.keysym;
+  told.characters = std::move(key.characters);
+  told.is_repeat = key.is_repeat;
+  delegate_.windowReceived(told);
+}
+
+void X11Window::handleExpose(const xcb_expose_event_t& event) {
+  lieOverParent();
+  surface_->restoreInWindow({event.x, event.y, event.width, event.height});
+}
+
+void X11Window::handleConfigure(const xcb_configure_notify_event_t& event, uint32_t sequence) {
+  if (placement_.isOutdated(sequence))
+    return;
+  if (event.width != place().width() || event.height != place().height()) {
+    placement_.place().setPixelSize(event.width, event.height);
+    resizeSurface();
+  }
+  X11WindowSystem& system = system_;
+  const xcb_window_t id = id_;
+  placement_.handlePosition(event);
+  if (X11Window* window = system.find(id))
+    window->tellDeferred();
+}
+
+void X11Window::parentHasHeight(int height) {
+  if (placement_.place().setParentHeight(height))
+    delegate_.windowMoved();
+}
+
+void X11Window::handleMap() {
+  visibility_.handleMap();
+  focus_.windowIsMapped();
+}
+
+void X11Window::handleUnmap() {
+  visibility_.handleUnmap();
+  tell(pointer_.releaseAll());
+}
+
+void X11Window::handleMessage(const xcb_client_message_event_t& event) {
+  const X11Atoms& atoms = connection_.atoms();
+  if (event.type != atoms.wm_protocols || event.format != 32)
+    return;
+  if (event.data.data32[0] == atoms.net_wm_ping) {
+    answer_ping(connection_, event);
+  } else if (event.data.data32[0] == atoms.wm_delete_window) {
+    delegate_.windowShouldClose();
+  }
+}
+
+void X11Window::handleGone() {
+  life_ = Life::gone;
+  releasePointer();
+  surface_->abandon();
+  X11WindowSystem& system = system_;
+  const xcb_window_t id = id_;
+  focus_.handleGone();
+  if (X11Window* window = system.find(id)) {
+    system.remove(*window);
+    window->delegate_.windowGone();
+  }
+}
+
+void X11Window::tellDeferred() {
+  if (std::exchange(must_redraw_, false))
+    delegate_.windowMustRedraw();
 }
 
 }  // namespace cocoa
