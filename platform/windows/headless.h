@@ -196,7 +196,7 @@ class HeadlessWindow : public PlatformWindow {
   void inject(std::function<void(HeadlessWindow&)> deliver) { system_.inject(handle_, std::move(deliver)); }
   /// The window that is told of the pointer instead of this one, if another has grabbed it; `where` becomes
   /// the place in that one.
-  HeadlessWindow* pointerThief(NSPoint& where) const;
+  HeadlessWindow* pointerGrabber(NSPoint& where) const;
   PointerSample sampleAt(NSPoint where, uint32_t modifiers) const;
   void postCrossing(const PointerSample& sample);
   void postKey(WindowEventType type, uint32_t keysym, std::string_view characters, uint32_t modifiers,

@@ -161,7 +161,7 @@ void HeadlessWindow::losePixels() {
   inject([](HeadlessWindow& window) { window.delegate_.windowMustRedraw(); });
 }
 
-HeadlessWindow* HeadlessWindow::pointerThief(NSPoint& where) const {
+HeadlessWindow* HeadlessWindow::pointerGrabber(NSPoint& where) const {
   HeadlessWindow* owner = system_.pointer_owner_;
   if (!owner || owner == this)
     return nullptr;
@@ -196,8 +196,8 @@ void HeadlessWindow::postCrossing(const PointerSample& sample) {
 }
 
 void HeadlessWindow::move_to(NSPoint where, uint32_t modifiers) {
-  if (HeadlessWindow* thief = pointerThief(where))
-    return thief->move_to(where, modifiers);
+  if (HeadlessWindow* grabber = pointerGrabber(where))
+    return grabber->move_to(where, modifiers);
   const PointerSample sample = sampleAt(where, modifiers);
   const uint64_t handle = handle_;
   HeadlessWindowSystem& system = system_;
@@ -215,8 +215,8 @@ void HeadlessWindow::drag_to(NSPoint where, uint32_t modifiers) {
 }
 
 void HeadlessWindow::press(NSPoint where, int button, uint32_t modifiers) {
-  if (HeadlessWindow* thief = pointerThief(where))
-    return thief->press(where, button, modifiers);
+  if (HeadlessWindow* grabber = pointerGrabber(where))
+    return grabber->press(where, button, modifiers);
   const PointerSample sample = sampleAt(where, modifiers);
   const uint64_t handle = handle_;
   HeadlessWindowSystem& system = system_;
@@ -230,9 +230,9 @@ void HeadlessWindow::press(NSPoint where, int button, uint32_t modifiers) {
 
 void HeadlessWindow::release(int button, uint32_t modifiers) {
   NSPoint where = pointer_location_;
-  if (HeadlessWindow* thief = pointerThief(where)) {
-    thief->pointer_location_ = where;
-    return thief->release(button, modifiers);
+  if (HeadlessWindow* grabber = pointerGrabber(where)) {
+    grabber->pointer_location_ = where;
+    return grabber->release(button, modifiers);
   }
   const PointerSample sample = sampleAt(pointer_location_, modifiers);
   inject([sample, button](HeadlessWindow& window) {
@@ -243,9 +243,9 @@ void HeadlessWindow::release(int button, uint32_t modifiers) {
 
 void HeadlessWindow::scroll(double dx, double dy, uint32_t modifiers) {
   NSPoint where = pointer_location_;
-  if (HeadlessWindow* thief = pointerThief(where)) {
-    thief->pointer_location_ = where;
-    return thief->scroll(dx, dy, modifiers);
+  if (HeadlessWindow* grabber = pointerGrabber(where)) {
+    grabber->pointer_location_ = where;
+    return grabber->scroll(dx, dy, modifiers);
   }
   const PointerSample sample = sampleAt(pointer_location_, modifiers);
   inject([sample, turn = ScrollTurn{dx, dy}](HeadlessWindow& window) {
