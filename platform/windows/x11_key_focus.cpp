@@ -21,13 +21,10 @@ void X11KeyFocus::take() {
   if (window_.isPopup())
     system.popupKeyChanged();
   const unsigned int sequence = xcb_get_input_focus(connection.get()).sequence;
-  connection.expect(sequence, [&system, id = window_.id()](const void* reply) {
-    X11Window* window = system.find(id);
-    if (!window || !reply)
-      return;
-    const xcb_window_t focus = static_cast<const xcb_get_input_focus_reply_t*>(reply)->focus;
-    if (focus != id)
-      window->keyFocus().before_ = focus;
+  system.expectFor(window_, sequence, [](X11Window& window, const void* reply, uint32_t) {
+    const auto* answer = static_cast<const xcb_get_input_focus_reply_t*>(reply);
+    if (answer && answer->focus != window.id())
+      window.keyFocus().before_ = answer->focus;
   });
   // A host may have set the focus after the user's click, so the time of the click would come too late.
   xcb_set_input_focus(connection.get(), XCB_INPUT_FOCUS_PARENT, window_.id(), XCB_CURRENT_TIME);
@@ -130,16 +127,16 @@ void X11KeyFocus::handleGone() {
 void X11KeyFocus::askForHolder() {
   if (std::exchange(asks_for_holder_, true))
     return;
+  holder_depth_ = 0;
   X11WindowSystem& system = window_.system();
   const unsigned int sequence = xcb_get_input_focus(system.connection().get()).sequence;
-  system.connection().expect(sequence, [&system, id = window_.id()](const void* reply) {
+  system.expectFor(window_, sequence, [](X11Window& window, const void* reply, uint32_t) {
     const auto* answer = static_cast<const xcb_get_input_focus_reply_t*>(reply);
-    if (X11Window* window = system.find(id))
-      window->keyFocus().judgeHolder(answer ? answer->focus : xcb_window_t{XCB_WINDOW_NONE}, 0);
+    window.keyFocus().judgeHolder(answer ? answer->focus : xcb_window_t{XCB_WINDOW_NONE});
   });
 }
 
-void X11KeyFocus::judgeHolder(xcb_window_t holder, int depth) {
+void X11KeyFocus::judgeHolder(xcb_window_t holder) {
   // A host gives the keys to a window of its own choice, a few levels inside its top-level window.
   constexpr int deepest = 16;
   X11WindowSystem& system = window_.system();
@@ -150,12 +147,11 @@ void X11KeyFocus::judgeHolder(xcb_window_t holder, int depth) {
   } else if (is_window && window_.parentProbe().concerns(holder)) {
     asks_for_holder_ = false;
     retake();
-  } else if (is_window && depth < deepest) {
+  } else if (is_window && holder_depth_++ < deepest) {
     const unsigned int sequence = xcb_query_tree(connection.get(), holder).sequence;
-    connection.expect(sequence, [&system, id = window_.id(), depth](const void* reply) {
+    system.expectFor(window_, sequence, [](X11Window& window, const void* reply, uint32_t) {
       const auto* answer = static_cast<const xcb_query_tree_reply_t*>(reply);
-      if (X11Window* window = system.find(id))
-        window->keyFocus().judgeHolder(answer ? answer->parent : xcb_window_t{XCB_WINDOW_NONE}, depth + 1);
+      window.keyFocus().judgeHolder(answer ? answer->parent : xcb_window_t{XCB_WINDOW_NONE});
     });
   } else {
     asks_for_holder_ = false;

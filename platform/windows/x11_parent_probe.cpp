@@ -38,17 +38,16 @@ void X11ParentProbe::tellHidden() const {
 
 void X11ParentProbe::askWhetherSeen() {
   X11WindowSystem& system = window_.system();
-  X11Connection& connection = system.connection();
-  const X11Connection::SeenQuestion question = connection.askWhetherSeen(parent_, leader_);
-  const auto answer = [&system, id = window_.id()](bool hidden, bool last) {
-    if (X11Window* window = system.find(id))
-      window->parentProbe().take(hidden, last);
-  };
-  const X11Atoms& atoms = connection.atoms();
-  connection.expect(question.attributes, [answer](const void* reply) { answer(!is_viewable(reply), false); });
-  connection.expect(question.icccm_state, [answer](const void* reply) { answer(is_iconic(reply), false); });
-  connection.expect(question.ewmh_state,
-                    [answer, &atoms](const void* reply) { answer(is_hidden(reply, atoms), true); });
+  const X11Connection::SeenQuestion question = system.connection().askWhetherSeen(parent_, leader_);
+  system.expectFor(window_, question.attributes, [](X11Window& window, const void* reply, uint32_t) {
+    window.parentProbe().take(!is_viewable(reply), false);
+  });
+  system.expectFor(window_, question.icccm_state, [](X11Window& window, const void* reply, uint32_t) {
+    window.parentProbe().take(is_iconic(reply), false);
+  });
+  system.expectFor(window_, question.ewmh_state, [](X11Window& window, const void* reply, uint32_t) {
+    window.parentProbe().take(is_hidden(reply, window.system().connection().atoms()), true);
+  });
 }
 
 void X11ParentProbe::take(bool hidden, bool last) {

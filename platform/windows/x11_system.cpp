@@ -84,6 +84,13 @@ void X11WindowSystem::forEachWindow(const std::function<void(X11Window&)>& use) 
   }
 }
 
+void X11WindowSystem::expectFor(const X11Window& window, unsigned int sequence, UseReply use) {
+  connection_->expect(sequence, [this, id = window.id(), sequence, use](const void* reply) {
+    if (X11Window* asker = find(id))
+      use(*asker, reply, sequence);
+  });
+}
+
 double X11WindowSystem::secondsOf(xcb_timestamp_t time) {
   // An event that somebody made up may have no time; then it is as late as the last one.
   if (time != XCB_CURRENT_TIME) {

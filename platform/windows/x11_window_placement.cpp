@@ -26,7 +26,7 @@ void X11WindowPlacement::handlePosition(const xcb_configure_notify_event_t& even
   if (by_manager || !reparented_) {
     setPosition(event.x, event.y);
   } else {
-    askForPosition();
+    askForOrigin();
   }
 }
 
@@ -34,20 +34,23 @@ void X11WindowPlacement::handleReparent(const xcb_reparent_notify_event_t& event
   if (window_.isEmbedded())
     return;
   reparented_ = event.parent != window_.system().connection().root();
-  askForPosition();
+  askForOrigin();
 }
 
-void X11WindowPlacement::askForPosition() {
+void X11WindowPlacement::askForOrigin() {
   X11WindowSystem& system = window_.system();
   X11Connection& connection = system.connection();
   const unsigned int sequence =
       xcb_translate_coordinates(connection.get(), window_.id(), connection.root(), 0, 0).sequence;
-  connection.expect(sequence, [&system, id = window_.id(), sequence](const void* reply) {
-    X11Window* window = system.find(id);
-    if (!window || !reply || window->placement().isOutdated(sequence))
-      return;
+  system.expectFor(window_, sequence, [](X11Window& window, const void* reply, uint32_t number) {
+    X11WindowPlacement& placement = window.placement();
+    placement.question_.answered();
     const auto* origin = static_cast<const xcb_translate_coordinates_reply_t*>(reply);
-    window->placement().setPosition(origin->dst_x, origin->dst_y);
+    if (origin && window.isEmbedded()) {
+      placement.setScreenPlace(origin->dst_x, origin->dst_y);
+    } else if (origin && !placement.isOutdated(number)) {
+      placement.setPosition(origin->dst_x, origin->dst_y);
+    }
   });
 }
 
@@ -71,21 +74,8 @@ X11Connection::Place X11WindowPlacement::knownOrigin() const {
 }
 
 void X11WindowPlacement::askForScreenPlace(double now) {
-  if (!question_.begin(now))
-    return;
-  X11WindowSystem& system = window_.system();
-  X11Connection& connection = system.connection();
-  const unsigned int sequence =
-      xcb_translate_coordinates(connection.get(), window_.id(), connection.root(), 0, 0).sequence;
-  connection.expect(sequence, [&system, id = window_.id()](const void* reply) {
-    X11Window* window = system.find(id);
-    if (!window)
-      return;
-    X11WindowPlacement& placement = window->placement();
-    placement.question_.answered();
-    if (const auto* origin = static_cast<const xcb_translate_coordinates_reply_t*>(reply))
-      placement.setScreenPlace(origin->dst_x, origin->dst_y);
-  });
+  if (question_.begin(now))
+    askForOrigin();
 }
 
 void X11WindowPlacement::setScreenPlace(int x, int y) {

@@ -48,7 +48,7 @@ class X11KeyFocus {
   void selectKeys(bool wanted);
   void lose();
   void askForHolder();
-  void judgeHolder(xcb_window_t holder, int depth);
+  void judgeHolder(xcb_window_t holder);
   void retake();
 
   X11Window& window_;
@@ -58,6 +58,7 @@ class X11KeyFocus {
   bool managed_ = false;
   bool wanted_ = false;  ///< as soon as the window is mapped
   bool asks_for_holder_ = false;
+  int holder_depth_ = 0;                   ///< how many windows above the holder have been asked for
   xcb_window_t before_ = XCB_WINDOW_NONE;  ///< whom they were taken from
   std::optional<double> press_seen_at_;
 };

@@ -48,6 +48,10 @@ class X11WindowSystem : public WindowSystem {
   void remove(const X11Window& window);
   /// Null when the window has been destroyed or is gone: to be asked again after every call of an owner.
   X11Window* find(xcb_window_t id) const;
+  /// From a later dispatch calls `use` with the reply to a window's request of that number, or null after an
+  /// error, unless the window has gone by then.
+  using UseReply = void (*)(X11Window& window, const void* reply, uint32_t sequence);
+  void expectFor(const X11Window& window, unsigned int sequence, UseReply use);
   /// A popup has, or no longer has, the keys: presses outside of it matter, or no longer do.
   void popupKeyChanged();
   /// Whether popups are told of presses anywhere.

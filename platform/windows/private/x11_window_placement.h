@@ -40,7 +40,8 @@ class X11WindowPlacement {
   void askForScreenPlace(double now);
 
  private:
-  void askForPosition();
+  /// The answer is the position; of an embedded window, which has one in its host, its place on the screen.
+  void askForOrigin();
   void setPosition(int x, int y);
   void setScreenPlace(int x, int y);
 
