@@ -46,14 +46,9 @@ void EndSignals::hold_back() {
   handle(SIGINT, note_end);
   handle(SIGTERM, note_end);
   handle(SIGALRM, interrupt_again);
-  descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+  descriptor_ = cocoa::UniqueFd(signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC));
   // A reader of our output may go; that is no reason to end.
   std::signal(SIGPIPE, SIG_IGN);
-}
-
-EndSignals::~EndSignals() {
-  if (descriptor_ >= 0)
-    close(descriptor_);
 }
 
 bool EndSignals::came_through() {

@@ -17,6 +17,7 @@
 
 #include "foundation/NSLog.h"
 #include "foundation/NSObject.h"
+#include "foundation/UniqueFd.h"
 
 namespace cocoa {
 
@@ -36,31 +37,25 @@ struct CFRunLoop::Item {
 class CFRunLoop::WakeDescriptor {
  public:
   WakeDescriptor() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (descriptor_ < 0)
+    if (!descriptor_)
       NSLog("The run loop cannot be woken by other threads: %s", std::strerror(errno));
   }
-  WakeDescriptor(const WakeDescriptor&) = delete;
-  WakeDescriptor& operator=(const WakeDescriptor&) = delete;
-  ~WakeDescriptor() {
-    if (descriptor_ >= 0)
-      close(descriptor_);
-  }
 
-  int descriptor() const { return descriptor_; }
+  int descriptor() const { return descriptor_.get(); }
   void set() const {
     // A refused write means a counter at its limit: readable as well.
     const std::uint64_t one = 1;
-    if (descriptor_ >= 0)
-      std::ignore = write(descriptor_, &one, sizeof one);
+    if (descriptor_)
+      std::ignore = write(descriptor_.get(), &one, sizeof one);
   }
   void clear() const {
     std::uint64_t count = 0;
-    if (descriptor_ >= 0)
-      std::ignore = read(descriptor_, &count, sizeof count);
+    if (descriptor_)
+      std::ignore = read(descriptor_.get(), &count, sizeof count);
   }
 
  private:
-  const int descriptor_;
+  const UniqueFd descriptor_;
 };
 
 struct CFRunLoop::Impl {

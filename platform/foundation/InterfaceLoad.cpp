@@ -80,9 +80,8 @@ bool load_interface(const std::string& file, std::string_view text, const ClassL
 }
 
 bool InterfaceLoad::run(std::string_view text) {
-  const std::string cause = parse_xml(text, document_);
-  if (!cause.empty()) {
-    fail({}, cause);
+  if (const Result<void> parsed = parse_xml(text, document_); !parsed) {
+    fail({}, parsed.cause());
   } else {
     build();
   }

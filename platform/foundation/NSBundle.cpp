@@ -1,7 +1,6 @@
 #include "foundation/NSBundle.h"
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <thread>
@@ -10,6 +9,7 @@
 #include "foundation/NSClass.h"
 #include "foundation/NSLog.h"
 #include "foundation/private/InterfaceLoader.h"
+#include "foundation/private/property_list.h"
 #include "foundation/private/xml_file.h"
 
 namespace cocoa {
@@ -43,16 +43,6 @@ bool is_resource_name(std::string_view name) {
 
 void log_failure(std::string_view file, std::string_view cause) {
   NSLog("%s", one_line(std::string(file) + ": " + std::string(cause)).c_str());
-}
-
-/// The string under a key of a property list whose root is a dictionary.
-std::string_view property_list_string(const pugi::xml_document& list, const char* wanted) {
-  for (const pugi::xml_node key : list.child("plist").child("dict").children("key")) {
-    const pugi::xml_node value = key.next_sibling();
-    if (std::strcmp(key.text().get(), wanted) == 0 && std::strcmp(value.name(), "string") == 0)
-      return value.text().get();
-  }
-  return {};
 }
 
 }  // namespace
@@ -105,14 +95,16 @@ const Class* NSBundle::principalClass() const {
   const auto path = pathForResource_ofType("Info", "plist");
   if (!path)
     return nullptr;
-  const FileText file = read_text_file(*path);
-  pugi::xml_document list;
-  const std::string failure = file.failure.empty() ? parse_xml(file.text, list) : file.failure;
-  if (!failure.empty()) {
-    log_failure(*path, failure);
+  const Result<std::string> file = read_text_file(*path);
+  const Result<PropertyList> list =
+      file ? PropertyList::fromXML(*file) : Result<PropertyList>(file.failure());
+  if (!list) {
+    log_failure(*path, list.cause());
     return nullptr;
   }
-  return classNamed(property_list_string(list, "NSPrincipalClass"));
+  const std::optional<PropertyListValue> name = list->value("NSPrincipalClass");
+  const auto* text = name ? std::get_if<std::string>(&*name) : nullptr;
+  return text ? classNamed(*text) : nullptr;
 }
 
 std::optional<std::string> NSBundle::pathForResource_ofType(std::string_view name,
@@ -135,16 +127,16 @@ bool NSBundle::loadNibNamed_owner(std::string_view name, NSObject* owner) const 
     log_failure(path, "is not the name of a resource");
     return false;
   }
-  const FileText file = read_text_file(path);
-  if (!file.failure.empty()) {
-    log_failure(path, file.failure);
+  const Result<std::string> file = read_text_file(path);
+  if (!file) {
+    log_failure(path, file.cause());
     return false;
   }
   const ClassLookup classes = [this](std::string_view class_name) {
     const Class* own = classNamed(class_name);
     return own ? own : NSClassFromString(class_name);
   };
-  return load_interface(path, file.text, classes, owner);
+  return load_interface(path, *file, classes, owner);
 }
 
 }  // namespace cocoa

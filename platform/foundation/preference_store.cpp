@@ -63,10 +63,12 @@ PreferenceStore::Loaded PreferenceStore::load(const std::filesystem::path& file)
   if (read.state == SmallFile::State::kAbsent)
     return loaded;
   if (read.state == SmallFile::State::kRead) {
-    if (auto list = PropertyList::fromXML(read.bytes, read.cause)) {
+    Result<PropertyList> list = PropertyList::fromXML(read.bytes);
+    if (list) {
       loaded.list = std::move(*list);
       return loaded;
     }
+    read.cause = list.cause();
   }
   loaded.is_unavailable = read.state == SmallFile::State::kUnavailable;
   loaded.is_damaged = !loaded.is_unavailable;
@@ -125,8 +127,8 @@ bool PreferenceStore::mayWrite(const FileLock& lock, const std::filesystem::path
 }
 
 bool PreferenceStore::write(const std::filesystem::path& file, std::chrono::milliseconds patience) {
-  if (const std::error_code error = make_private_folder(file.parent_path()))
-    return complain(file, error.message());
+  if (const Result<void> made = make_private_folder(file.parent_path()); !made)
+    return complain(file, made.cause());
   const double tried_since = clock_.now();
   // From reading to renaming: what another process writes in between would be lost. The lock keeps the link's
   // name, by which all know the store; what it leads to may lie where only the store itself belongs.
@@ -171,14 +173,14 @@ bool PreferenceStore::put(const std::filesystem::path& file, const Loaded& merge
   if (xml.size() > kMaximumFileSize)
     return complain(file, "too large");
   if (merged.is_damaged) {
-    std::filesystem::path kept;
-    if (const std::error_code error = keep_aside(file, kept))
-      return complain(file, "what is there cannot be kept aside: " + error.message());
-    NSLog("Preferences: %s: what cannot be read is kept as %s: %s.", file.c_str(), kept.c_str(),
+    const Result<std::filesystem::path> kept = keep_aside(file);
+    if (!kept)
+      return complain(file, "what is there cannot be kept aside: " + kept.cause());
+    NSLog("Preferences: %s: what cannot be read is kept as %s: %s.", file.c_str(), kept->c_str(),
           merged.cause.c_str());
   }
-  if (const std::error_code error = replace_file(file, xml))
-    return complain(file, error.message());
+  if (const Result<void> replaced = replace_file(file, xml); !replaced)
+    return complain(file, replaced.cause());
   return true;
 }
 

@@ -4,14 +4,12 @@
 #include <pugixml.hpp>
 #include <utility>
 
+#include "foundation/private/xml_file.h"
 #include "foundation/private/xml_well_formed.h"
 
 namespace cocoa {
 
 namespace {
-
-/// Deeper lists are refused: nobody nests preferences so, and the XML library removes nodes recursively.
-constexpr int kMaximumDepth = 64;
 
 /// All the text in a node, which comments or CDATA sections may have split.
 std::string text_of(pugi::xml_node node) {
@@ -47,13 +45,6 @@ pugi::xml_node value_of(pugi::xml_node key) {
 
 bool is_key(pugi::xml_node node) {
   return std::string_view(node.name()) == "key";
-}
-
-bool is_nested_too_deeply(pugi::xml_document& document) {
-  struct Walker : pugi::xml_tree_walker {
-    bool for_each(pugi::xml_node&) override { return depth() < kMaximumDepth; }
-  } walker;
-  return !document.traverse(walker);
 }
 
 bool has_text(pugi::xml_node node) {
@@ -103,9 +94,7 @@ const char* fault_of_value(pugi::xml_node value) {
 }
 
 /// Why the document is no property list of keys and values; null when it is one.
-const char* fault_of(pugi::xml_document& document) {
-  if (is_nested_too_deeply(document))
-    return "nested too deeply";
+const char* fault_of(const pugi::xml_document& document) {
   const pugi::xml_node root = only_element(document);
   const pugi::xml_node dictionary = only_element(root);
   if (std::string_view(root.name()) != "plist" || std::string_view(dictionary.name()) != "dict" ||
@@ -162,21 +151,15 @@ PropertyList::PropertyList(PropertyList&&) noexcept = default;
 PropertyList& PropertyList::operator=(PropertyList&&) noexcept = default;
 PropertyList::~PropertyList() = default;
 
-std::optional<PropertyList> PropertyList::fromXML(std::string_view xml, std::string& cause) {
-  if (const char* fault = xml_fault(xml)) {
-    cause = fault;
-    return std::nullopt;
-  }
+Result<PropertyList> PropertyList::fromXML(std::string_view xml) {
+  if (const Result<void> checked = check_xml(xml); !checked)
+    return checked.failure();
   auto document = std::make_unique<pugi::xml_document>();
   // All spaces are read, as a text may be of nothing else or be cut by a comment.
-  constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata;
-  const pugi::xml_parse_result parsed =
-      document->load_buffer(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
-  const char* fault = parsed ? fault_of(*document) : parsed.description();
-  if (fault) {
-    cause = fault;
-    return std::nullopt;
-  }
+  if (const Result<void> parsed = parse_xml(xml, *document, pugi::parse_ws_pcdata); !parsed)
+    return parsed.failure();
+  if (const char* fault = fault_of(*document))
+    return Failure{fault};
   remove_layout(*document);
   prepend_prolog(*document);
   return PropertyList(std::move(document));

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <array>
 
 #include "foundation/private/property_list.h"
+#include "unicode/utf8_text.h"
 
 /// How bytes and texts stand in a property list.
 
@@ -13,30 +13,6 @@ constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnop
 
 constexpr bool is_space(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-/// One decoded character of UTF-8 and its length in bytes; length 0 where there is none.
-struct Decoded {
-  uint32_t code = 0;
-  size_t length = 0;
-};
-
-Decoded decode(std::string_view text) {
-  const auto lead = static_cast<uint8_t>(text[0]);
-  if (lead < 0x80)
-    return {lead, 1};
-  const size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  constexpr std::array<uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
-  if (lead < 0xC0 || lead >= 0xF8 || text.size() < length)
-    return {};
-  uint32_t code = lead & (0x7FU >> length);
-  for (size_t i = 1; i < length; ++i) {
-    const auto byte = static_cast<uint8_t>(text[i]);
-    if ((byte & 0xC0U) != 0x80)
-      return {};
-    code = (code << 6U) | (byte & 0x3FU);
-  }
-  return code < kSmallest[length] ? Decoded{} : Decoded{code, length};
 }
 
 }  // namespace
@@ -87,11 +63,11 @@ std::optional<std::vector<uint8_t>> bytes_from_base64(std::string_view text) {
 }
 
 bool is_xml_text(std::string_view text) {
-  while (!text.empty()) {
-    const Decoded character = decode(text);
-    if (character.length == 0 || !is_xml_character(character.code))
+  for (size_t at = 0; at < text.size();) {
+    const size_t length = utf8_sequence_length(text, at);
+    if (length == 0 || !is_xml_character(code_point_at(text, at).value))
       return false;
-    text.remove_prefix(character.length);
+    at += length;
   }
   return true;
 }

@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <system_error>
 #include <thread>
 
 #include "foundation/file_size_limit.h"
@@ -27,26 +28,9 @@ constexpr int kMaximumLinks = 40;
 constexpr std::string_view kTemporaryInfix = ".writing-";
 constexpr std::string_view kTemporaryPlaces = "XXXXXX";
 
-std::error_code last_error() {
-  return {errno, std::generic_category()};
+Failure failure_of(int error) {
+  return {std::generic_category().message(error)};
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0)
-      close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int get() const { return descriptor_; }
-  explicit operator bool() const { return descriptor_ >= 0; }
-
- private:
-  int descriptor_;
-};
 
 SmallFile not_read(int error) {
   // ENXIO is a socket.
@@ -55,18 +39,18 @@ SmallFile not_read(int error) {
                    : is_unusable   ? SmallFile::State::kUnusable
                                    : SmallFile::State::kUnavailable,
           .bytes = {},
-          .cause = std::generic_category().message(error)};
+          .cause = failure_of(error).cause};
 }
 
 SmallFile unusable(const char* cause) {
   return {.state = SmallFile::State::kUnusable, .bytes = {}, .cause = cause};
 }
 
-std::error_code write_all(int descriptor, std::string_view bytes) {
+Result<void> write_all(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = write(descriptor, bytes.data(), bytes.size());
     if (count < 0 && errno != EINTR)
-      return last_error();
+      return failure_of(errno);
     if (count > 0)
       bytes.remove_prefix(static_cast<size_t>(count));
   }
@@ -74,19 +58,19 @@ std::error_code write_all(int descriptor, std::string_view bytes) {
 }
 
 /// The bytes are on the disk, not just on their way, before the file takes the name of the old one.
-std::error_code write_to_disk(const Descriptor& file, std::string_view bytes) {
+Result<void> write_to_disk(const UniqueFd& file, std::string_view bytes) {
   if (!may_make_file(bytes.size()))
-    return std::make_error_code(std::errc::file_too_large);
+    return failure_of(EFBIG);
   if (fchmod(file.get(), kFileForUserAlone) != 0)
-    return last_error();
-  if (const std::error_code error = write_all(file.get(), bytes))
-    return error;
-  return fsync(file.get()) == 0 ? std::error_code() : last_error();
+    return failure_of(errno);
+  if (Result<void> written = write_all(file.get(), bytes); !written)
+    return written;
+  return fsync(file.get()) == 0 ? Result<void>() : failure_of(errno);
 }
 
 /// Whether the temporary file is one that its writer has left behind: a living one keeps it locked.
 bool is_abandoned(const std::filesystem::path& temporary) {
-  const Descriptor opened(open(temporary.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY));
+  const UniqueFd opened(open(temporary.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY));
   struct stat status {};
   return opened && fstat(opened.get(), &status) == 0 && S_ISREG(status.st_mode) &&
          status.st_uid == geteuid() && flock(opened.get(), LOCK_EX | LOCK_NB) == 0;
@@ -118,7 +102,7 @@ int rename_to_free_name(const char* from, const char* to) {
 
 SmallFile read_small_file(const std::filesystem::path& file, size_t limit) {
   // Without O_NONBLOCK, opening a pipe would wait for its writer.
-  const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  const UniqueFd opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
   if (!opened || fstat(opened.get(), &status) != 0)
     return not_read(errno);
@@ -141,16 +125,16 @@ SmallFile read_small_file(const std::filesystem::path& file, size_t limit) {
   return unusable("too large");
 }
 
-std::error_code make_private_folder(const std::filesystem::path& folder) {
+Result<void> make_private_folder(const std::filesystem::path& folder) {
   if (mkdir(folder.c_str(), kFolderForUserAlone) == 0)
     return {};
   if (errno == ENOENT && folder.has_relative_path()) {
-    if (const std::error_code error = make_private_folder(folder.parent_path()))
-      return error;
+    if (Result<void> made = make_private_folder(folder.parent_path()); !made)
+      return made;
     if (mkdir(folder.c_str(), kFolderForUserAlone) == 0)
       return {};
   }
-  return errno == EEXIST ? std::error_code() : last_error();
+  return errno == EEXIST ? Result<void>() : failure_of(errno);
 }
 
 std::filesystem::path followed_links(const std::filesystem::path& file) {
@@ -166,26 +150,26 @@ std::filesystem::path followed_links(const std::filesystem::path& file) {
   return file;
 }
 
-std::error_code replace_file(const std::filesystem::path& file, std::string_view bytes) {
+Result<void> replace_file(const std::filesystem::path& file, std::string_view bytes) {
   std::string temporary = file.string();
   temporary.append(kTemporaryInfix).append(kTemporaryPlaces);
-  std::error_code error;
+  Result<void> written;
   {
-    const Descriptor opened(mkostemp(temporary.data(), O_CLOEXEC));
+    const UniqueFd opened(mkostemp(temporary.data(), O_CLOEXEC));
     if (!opened)
-      return last_error();
+      return failure_of(errno);
     // Tells those who clear up that the file is being written. It goes with the process, however it ends.
     flock(opened.get(), LOCK_EX | LOCK_NB);
-    error = write_to_disk(opened, bytes);
-    if (!error && std::rename(temporary.c_str(), file.c_str()) != 0)
-      error = last_error();
+    written = write_to_disk(opened, bytes);
+    if (written && std::rename(temporary.c_str(), file.c_str()) != 0)
+      written = failure_of(errno);
   }
-  if (error) {
+  if (!written) {
     unlink(temporary.c_str());
-    return error;
+    return written;
   }
   // The new name itself is to outlast a power failure. Not every file system can promise it.
-  const Descriptor folder(open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const UniqueFd folder(open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder)
     fsync(folder.get());
   return {};
@@ -202,27 +186,27 @@ void remove_abandoned_temporaries(const std::filesystem::path& file) {
   }
 }
 
-std::error_code keep_aside(const std::filesystem::path& file, std::filesystem::path& kept) {
+Result<std::filesystem::path> keep_aside(const std::filesystem::path& file) {
   const std::string name = file.string() + ".damaged";
   for (int number = 1; number <= kMaximumKeptAside; ++number) {
-    kept = number == 1 ? name : name + "." + std::to_string(number);
+    const std::string kept = number == 1 ? name : name + "." + std::to_string(number);
     if (rename_to_free_name(file.c_str(), kept.c_str()) == 0)
-      return {};
+      return std::filesystem::path(kept);
     if (errno != EEXIST)
-      return last_error();
+      return failure_of(errno);
   }
-  return std::make_error_code(std::errc::file_exists);
+  return failure_of(EEXIST);
 }
 
 FileLock::FileLock(const std::filesystem::path& lock_file, std::chrono::milliseconds patience)
     : descriptor_(open(lock_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, kFileForUserAlone)) {
-  if (descriptor_ < 0) {
+  if (!descriptor_) {
     error_ = errno;
     return;
   }
   using Time = std::chrono::steady_clock;
   const Time::time_point end = Time::now() + patience;
-  while (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+  while (flock(descriptor_.get(), LOCK_EX | LOCK_NB) != 0) {
     error_ = errno;
     // Sleeping once more would be too long.
     if (error_ != EWOULDBLOCK || Time::now() + kBetweenLockTries > end)
@@ -233,12 +217,9 @@ FileLock::FileLock(const std::filesystem::path& lock_file, std::chrono::millisec
 }
 
 FileLock::~FileLock() {
-  if (descriptor_ < 0)
-    return;
   // Closing alone would leave the lock with a child that was forked meanwhile.
-  if (isHeld())
-    flock(descriptor_, LOCK_UN);
-  close(descriptor_);
+  if (descriptor_ && isHeld())
+    flock(descriptor_.get(), LOCK_UN);
 }
 
 bool FileLock::isHeldByAnother() const {
@@ -246,7 +227,7 @@ bool FileLock::isHeldByAnother() const {
 }
 
 std::string FileLock::cause() const {
-  return std::generic_category().message(error_);
+  return failure_of(error_).cause;
 }
 
 }  // namespace cocoa

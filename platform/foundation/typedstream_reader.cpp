@@ -4,6 +4,7 @@
 #include <bit>
 #include <utility>
 
+#include "foundation/private/nesting_limit.h"
 #include "foundation/private/typedstream.h"
 
 namespace cocoa {

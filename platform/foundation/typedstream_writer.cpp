@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "foundation/private/nesting_limit.h"
 #include "foundation/private/typedstream.h"
 
 namespace cocoa {

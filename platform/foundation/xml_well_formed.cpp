@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/private/property_list.h"
+#include "foundation/private/xml_file.h"
 
 namespace cocoa {
 
@@ -35,9 +36,9 @@ bool is_public_name_part(char c) {
 /// Consumes a document from the front. The first failure sticks, and leaves nothing to consume.
 class Scanner {
  public:
-  explicit Scanner(std::string_view text) : rest_(text) {}
+  explicit Scanner(std::string_view text) : text_(text), rest_(text) {}
 
-  const char* scan() {
+  Result<void> scan() {
     take("\xEF\xBB\xBF");
     if (rest_.starts_with("<?xml") && rest_.size() > 5 && is_space(rest_[5]))
       declaration();
@@ -50,13 +51,15 @@ class Scanner {
     miscellaneous();
     if (!rest_.empty())
       fail("something beside the one element of the document");
-    return failure_;
+    return failure_ ? Result<void>(at_line(text_, failed_at_, failure_)) : Result<void>();
   }
 
  private:
   void fail(const char* cause) {
-    if (!failure_)
+    if (!failure_) {
       failure_ = cause;
+      failed_at_ = text_.size() - rest_.size();
+    }
     rest_ = {};
   }
   bool take(std::string_view expected) {
@@ -113,9 +116,11 @@ class Scanner {
   void content();
   void references(std::string_view text);
 
+  const std::string_view text_;
   std::string_view rest_;
   std::vector<std::string_view> open_;
   const char* failure_ = nullptr;
+  size_t failed_at_ = 0;
 };
 
 /// Version, encoding and standalone, in this order; the latter two may be missing.
@@ -282,9 +287,9 @@ void Scanner::references(std::string_view text) {
 
 }  // namespace
 
-const char* xml_fault(std::string_view text) {
+Result<void> check_xml(std::string_view text) {
   if (!is_xml_text(text))
-    return "not text in UTF-8";
+    return Failure{"not text in UTF-8"};
   return Scanner(text).scan();
 }
 

@@ -60,10 +60,11 @@ size_t CGBitmapContextGetBytesPerRow(CGContextRef context) {
 }
 
 bool CGBitmapContextWritePNG(CGContextRef context, const char* path) {
-  const std::string error = context && path ? write_png(bitmap_of(context), path) : "there is none";
-  if (!error.empty())
-    NSLog("Error: couldn't write the picture %s: %s.", path ? path : "", error.c_str());
-  return error.empty();
+  const Result<void> written =
+      context && path ? write_png(bitmap_of(context), path) : Failure{"there is none"};
+  if (!written)
+    NSLog("Error: couldn't write the picture %s: %s.", path ? path : "", written.cause().c_str());
+  return static_cast<bool>(written);
 }
 
 }  // namespace cocoa

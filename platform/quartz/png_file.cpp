@@ -11,6 +11,8 @@
 #include <span>
 #include <vector>
 
+#include "foundation/UniqueFd.h"
+
 namespace cocoa {
 
 namespace {
@@ -47,29 +49,28 @@ bool is_opaque(const PixelView& pixels) {
 }
 
 /// libpng's own writing would remove the file after an error, be it a FIFO or a device of somebody else's.
-bool write_file(std::span<const uint8_t> bytes, const char* path) {
-  const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (descriptor < 0)
-    return false;
+Result<void> write_file(std::span<const uint8_t> bytes, const char* path) {
+  UniqueFd file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  if (!file)
+    return Failure{std::strerror(errno)};
   while (!bytes.empty()) {
     // A signal is to end the waiting for a FIFO's reader: it must not be lost on a write that was half done.
-    const ssize_t count = write(descriptor, bytes.data(), std::min<size_t>(bytes.size(), PIPE_BUF));
-    if (count < 0) {
-      const int error = errno;
-      close(descriptor);
-      errno = error;
-      return false;
-    }
+    const ssize_t count = write(file.get(), bytes.data(), std::min<size_t>(bytes.size(), PIPE_BUF));
+    if (count < 0)
+      return Failure{std::strerror(errno)};
     bytes = bytes.subspan(static_cast<size_t>(count));
   }
-  return close(descriptor) == 0;
+  // Some file systems tell only now that they could not write.
+  if (close(file.release()) != 0)
+    return Failure{std::strerror(errno)};
+  return {};
 }
 
 }  // namespace
 
-std::string write_png(const PixelView& pixels, const char* path) {
+Result<void> write_png(const PixelView& pixels, const char* path) {
   if (pixels.bounds.empty())
-    return "it has no pixels";
+    return Failure{"it has no pixels"};
   const bool with_alpha = !is_opaque(pixels);
   const std::vector<uint8_t> channels = channels_of(pixels, with_alpha);
   // libpng's simple interface: its jumps on errors stay within it.
@@ -81,9 +82,9 @@ std::string write_png(const PixelView& pixels, const char* path) {
   png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
   std::vector<uint8_t> bytes(size);
   if (png_image_write_to_memory(&image, bytes.data(), &size, 0, channels.data(), 0, nullptr) == 0)
-    return image.message;
+    return Failure{image.message};
   bytes.resize(size);
-  return write_file(bytes, path) ? std::string() : std::strerror(errno);
+  return write_file(bytes, path);
 }
 
 }  // namespace cocoa

@@ -11,7 +11,7 @@ unsigned byte_at(std::string_view text, size_t offset) {
 }
 
 /// Of the sequence that a byte begins; 0 when none does.
-size_t sequence_length(unsigned first) {
+size_t length_after(unsigned first) {
   return first == 0     ? 0
          : first < 0x80 ? 1
          : first < 0xC2 ? 0
@@ -30,9 +30,20 @@ char32_t decoded(std::string_view text, size_t offset, size_t length) {
   return value;
 }
 
-/// Of the valid sequence at the offset; 0 when there is none.
-size_t valid_length(std::string_view text, size_t offset) {
-  const size_t length = sequence_length(byte_at(text, offset));
+size_t valid_until(std::string_view text, size_t offset) {
+  while (offset < text.size()) {
+    const size_t length = utf8_sequence_length(text, offset);
+    if (length == 0)
+      break;
+    offset += length;
+  }
+  return offset;
+}
+
+}  // namespace
+
+size_t utf8_sequence_length(std::string_view text, size_t offset) {
+  const size_t length = length_after(byte_at(text, offset));
   if (length == 0 || length > text.size() - offset)
     return 0;
   for (size_t i = 1; i < length; ++i) {
@@ -46,20 +57,12 @@ size_t valid_length(std::string_view text, size_t offset) {
   return value >= smallest[length] && !is_surrogate && value <= 0x10FFFF ? length : 0;
 }
 
-size_t valid_until(std::string_view text, size_t offset) {
-  while (offset < text.size()) {
-    const size_t length = valid_length(text, offset);
-    if (length == 0)
-      break;
-    offset += length;
-  }
-  return offset;
+size_t valid_utf8_length(std::string_view text) {
+  return valid_until(text, 0);
 }
 
-}  // namespace
-
 bool is_valid_utf8(std::string_view text) {
-  return valid_until(text, 0) == text.size();
+  return valid_utf8_length(text) == text.size();
 }
 
 std::string valid_utf8(std::string_view text) {
@@ -76,7 +79,7 @@ std::string valid_utf8(std::string_view text) {
 }
 
 CodePoint code_point_at(std::string_view utf8, size_t offset) {
-  const size_t length = sequence_length(byte_at(utf8, offset));
+  const size_t length = length_after(byte_at(utf8, offset));
   return {decoded(utf8, offset, length), length};
 }
 

@@ -38,10 +38,6 @@ std::unique_ptr<X11Connection> X11Connection::open(const char* display_name) {
 X11Connection::X11Connection(xcb_connection_t* connection) : connection_(connection) {}
 
 X11Connection::~X11Connection() {
-  for (const int descriptor : {poll_, wake_}) {
-    if (descriptor >= 0)
-      close(descriptor);
-  }
   xcb_disconnect(connection_);
 }
 
@@ -66,14 +62,14 @@ bool X11Connection::chooseVisuals() {
 }
 
 bool X11Connection::makePollable() {
-  poll_ = epoll_create1(EPOLL_CLOEXEC);
-  wake_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-  bool watches = poll_ >= 0 && wake_ >= 0;
-  for (const int descriptor : {xcb_get_file_descriptor(connection_), wake_}) {
+  poll_ = UniqueFd(epoll_create1(EPOLL_CLOEXEC));
+  wake_ = UniqueFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  bool watches = poll_ && wake_;
+  for (const int descriptor : {xcb_get_file_descriptor(connection_), wake_.get()}) {
     epoll_event interest{};
     interest.events = EPOLLIN;
     interest.data.fd = descriptor;
-    watches = watches && epoll_ctl(poll_, EPOLL_CTL_ADD, descriptor, &interest) == 0;
+    watches = watches && epoll_ctl(poll_.get(), EPOLL_CTL_ADD, descriptor, &interest) == 0;
   }
   if (!watches)
     NSLog("The system refused the descriptors to wait for the X display with.");
@@ -83,16 +79,16 @@ bool X11Connection::makePollable() {
 void X11Connection::wake() {
   const uint64_t one = 1;
   // Fails only when the counter is full, and then it is readable already.
-  [[maybe_unused]] const ssize_t written = write(wake_, &one, sizeof one);
+  [[maybe_unused]] const ssize_t written = write(wake_.get(), &one, sizeof one);
 }
 
 void X11Connection::ignoreFromNowOn() {
-  epoll_ctl(poll_, EPOLL_CTL_DEL, xcb_get_file_descriptor(connection_), nullptr);
+  epoll_ctl(poll_.get(), EPOLL_CTL_DEL, xcb_get_file_descriptor(connection_), nullptr);
 }
 
 void X11Connection::beginDispatch() {
   uint64_t count = 0;
-  [[maybe_unused]] const ssize_t got = read(wake_, &count, sizeof count);
+  [[maybe_unused]] const ssize_t got = read(wake_.get(), &count, sizeof count);
   read_server_ = true;
 }
 

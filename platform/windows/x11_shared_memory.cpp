@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <utility>
 
 #include "foundation/file_size_limit.h"
 #include "windows/private/x11_connection.h"
@@ -15,24 +16,22 @@ namespace cocoa {
 std::unique_ptr<X11SharedMemory> X11SharedMemory::make(X11Connection& connection, size_t size) {
   if (!may_make_file(size))
     return nullptr;
-  const int descriptor = memfd_create("ondex pixels", MFD_CLOEXEC);
-  if (descriptor < 0)
+  UniqueFd descriptor(memfd_create("ondex pixels", MFD_CLOEXEC));
+  if (!descriptor)
     return nullptr;
   void* data = MAP_FAILED;
   // Taken at once: running out of memory later would be a bus error in the middle of drawing.
-  if (posix_fallocate(descriptor, 0, static_cast<off_t>(size)) == 0)
-    data = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-  if (data == MAP_FAILED) {
-    close(descriptor);
+  if (posix_fallocate(descriptor.get(), 0, static_cast<off_t>(size)) == 0)
+    data = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor.get(), 0);
+  if (data == MAP_FAILED)
     return nullptr;
-  }
-  return std::unique_ptr<X11SharedMemory>(new X11SharedMemory(connection, data, size, descriptor));
+  return std::unique_ptr<X11SharedMemory>(new X11SharedMemory(connection, data, size, std::move(descriptor)));
 }
 
-X11SharedMemory::X11SharedMemory(X11Connection& connection, void* data, size_t size, int descriptor)
+X11SharedMemory::X11SharedMemory(X11Connection& connection, void* data, size_t size, UniqueFd descriptor)
     : connection_(connection), data_(data), size_(size), segment_(xcb_generate_id(connection.get())) {
   // The request takes the descriptor over.
-  xcb_shm_attach_fd(connection.get(), segment_, descriptor, 0);
+  xcb_shm_attach_fd(connection.get(), segment_, descriptor.release(), 0);
 }
 
 X11SharedMemory::~X11SharedMemory() {

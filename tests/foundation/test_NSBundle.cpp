@@ -57,7 +57,7 @@ TEST_F(NSBundleTest, FindsItsPrincipalClassInThePropertyList) {
 TEST_F(NSBundleTest, HasNoPrincipalClassWithoutAFileAKeyOrAClass) {
   const Log log;
   EXPECT_EQ(bundle_->principalClass(), nullptr);
-  write("Info.plist", "<plist><dict><key>NSPrincipalClass</key></dict></plist>");
+  write("Info.plist", "<plist><dict><key>NSPrincipalClass</key><true/></dict></plist>");
   EXPECT_EQ(bundle_->principalClass(), nullptr);
   write("Info.plist", "<plist><dict><key>NSPrincipalClass</key><string>Nobody</string></dict></plist>");
   EXPECT_EQ(bundle_->principalClass(), nullptr);
@@ -70,7 +70,9 @@ TEST_F(NSBundleTest, LogsAPropertyListThatIsBroken) {
   const Log log;
   write("Info.plist", "<plist>\n<dict>");
   EXPECT_EQ(bundle_->principalClass(), nullptr);
-  EXPECT_THAT(log.lines, ElementsAre(StartsWith(folder_ + "/Info.plist: line 2: ")));
+  write("Info.plist", "<plist><dict><key>NSPrincipalClass</key></dict></plist>");
+  EXPECT_EQ(bundle_->principalClass(), nullptr);
+  EXPECT_THAT(log.lines, ElementsAre(StartsWith(folder_ + "/Info.plist: line 2: "), EndsWith("do not pair")));
 }
 
 TEST_F(NSBundleTest, FindsRegularFilesOfItsFolderOnly) {

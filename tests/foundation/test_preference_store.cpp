@@ -21,8 +21,7 @@ class PreferenceStoreTest : public testing::Test {
     return PreferenceStore([file = file_] { return file; });
   }
   std::optional<PropertyListValue> written(std::string_view key) const {
-    std::string cause;
-    const auto list = PropertyList::fromXML(contents_of(file_), cause);
+    const auto list = PropertyList::fromXML(contents_of(file_));
     return list ? list->value(key) : std::nullopt;
   }
 

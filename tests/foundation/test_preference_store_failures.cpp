@@ -55,8 +55,7 @@ class PreferenceStoreFailures : public testing::Test {
     EXPECT_FALSE(store.synchronize()) << "the change is still to be written";
   }
   std::optional<PropertyListValue> written() const {
-    std::string cause;
-    const auto list = PropertyList::fromXML(contents_of(file_), cause);
+    const auto list = PropertyList::fromXML(contents_of(file_));
     return list ? list->value("a") : std::nullopt;
   }
 

@@ -27,8 +27,7 @@ class PreferenceStoreAmongOthers : public testing::Test {
     return store_.synchronize();
   }
   static std::optional<PropertyListValue> written(const std::filesystem::path& file) {
-    std::string cause;
-    const auto list = PropertyList::fromXML(contents_of(file), cause);
+    const auto list = PropertyList::fromXML(contents_of(file));
     return list ? list->value("a") : std::nullopt;
   }
 

@@ -24,14 +24,13 @@ PropertyListValue data(std::string_view value) {
 }
 
 std::string cause_of_refusal(std::string_view xml) {
-  std::string cause;
-  return PropertyList::fromXML(xml, cause) ? std::string() : cause;
+  const Result<PropertyList> list = PropertyList::fromXML(xml);
+  return list ? std::string() : list.cause();
 }
 
 PropertyList read(std::string_view xml) {
-  std::string cause;
-  auto list = PropertyList::fromXML(xml, cause);
-  EXPECT_TRUE(list) << cause;
+  Result<PropertyList> list = PropertyList::fromXML(xml);
+  EXPECT_TRUE(list) << list.cause();
   return list ? std::move(*list) : PropertyList();
 }
 
@@ -200,11 +199,10 @@ TEST(PropertyList, SurvivesDamage) {
     std::string damaged = whole;
     for (int changes = 0; changes < 3; ++changes)
       damaged[random() % damaged.size()] = static_cast<char>(random());
-    std::string cause;
-    if (auto list = PropertyList::fromXML(damaged, cause)) {
+    if (auto list = PropertyList::fromXML(damaged)) {
       list->setValue("a", text("new"));
       const std::string written = list->xml();
-      EXPECT_EQ(xml_fault(written), nullptr) << damaged;
+      EXPECT_TRUE(check_xml(written)) << damaged;
       EXPECT_THAT(read(written).value("a"), Optional(text("new")));
     }
   }

@@ -30,7 +30,7 @@ TEST(XmlFault, ThereIsNoneInWholeDocuments) {
                            "<a>></a>",
                            "<a><a><a/></a></a>",
                            "<?p x ? > ?><a/>"})
-    EXPECT_EQ(xml_fault(text), nullptr) << text;
+    EXPECT_TRUE(check_xml(text)) << text;
 }
 
 TEST(XmlFault, IsFoundWhereTheLibraryReadsOn) {
@@ -99,19 +99,24 @@ TEST(XmlFault, IsFoundWhereTheLibraryReadsOn) {
                            "</>",
                            "<a></a",
                            "<a><b></a></b>"})
-    EXPECT_NE(xml_fault(text), nullptr) << text;
-  EXPECT_NE(xml_fault(std::string("<a/>\0", 5)), nullptr);
-  EXPECT_NE(xml_fault(std::string("<a>\0</a>", 8)), nullptr);
+    EXPECT_FALSE(check_xml(text)) << text;
+  EXPECT_FALSE(check_xml(std::string("<a/>\0", 5)));
+  EXPECT_FALSE(check_xml(std::string("<a>\0</a>", 8)));
+}
+
+TEST(XmlFault, IsToldWithItsLine) {
+  EXPECT_EQ(check_xml("<a>\n<b></a>").cause(), "line 2: an end of an element that is not open");
+  EXPECT_EQ(check_xml("<a/>\n\ntext").cause(), "line 3: something beside the one element of the document");
 }
 
 TEST(XmlFault, DeepNestingTakesNoStack) {
   std::string deep;
   for (int i = 0; i < 300000; ++i)
     deep += "<a>";
-  EXPECT_NE(xml_fault(deep), nullptr);
+  EXPECT_FALSE(check_xml(deep));
   for (int i = 0; i < 300000; ++i)
     deep += "</a>";
-  EXPECT_EQ(xml_fault(deep), nullptr);
+  EXPECT_TRUE(check_xml(deep));
 }
 
 }  // namespace

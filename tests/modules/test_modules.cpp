@@ -93,8 +93,8 @@ const std::map<std::string, std::set<std::string>>& neighbours() {
   static const std::set<std::string> editor =
       with(controls, {"editor", "parameter_control", "knob", "response_graph", "audio_unit"});
   static const std::map<std::string, std::set<std::string>> map = {
-      {"foundation", {}},
       {"unicode", {}},
+      {"foundation", {"unicode"}},
       {"scale_type", {}},
       {"effect", {}},
       {"audio_unit", {"foundation"}},

@@ -3,6 +3,8 @@
 #include <csignal>
 #include <string_view>
 
+#include "foundation/UniqueFd.h"
+
 namespace ondex {
 
 /// SIGINT and SIGTERM while the program shows its window. They are held back, so that it ends in order, and
@@ -14,14 +16,14 @@ class EndSignals {
  public:
   EndSignals() = default;
   /// The signals stay held back: the program is about to end.
-  ~EndSignals();
+  ~EndSignals() = default;
   EndSignals(const EndSignals&) = delete;
   EndSignals& operator=(const EndSignals&) = delete;
 
   /// Until then they end the program at once.
   void hold_back();
   /// Becomes readable when one is held back; -1 before any is.
-  int descriptor() const { return descriptor_; }
+  int descriptor() const { return descriptor_.get(); }
   /// Whether one was let through.
   static bool came_through();
 
@@ -39,7 +41,7 @@ class EndSignals {
   };
 
  private:
-  int descriptor_ = -1;
+  cocoa::UniqueFd descriptor_;
 };
 
 /// Writes all of a text, however long its reader takes, unless a signal comes through.

@@ -10,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "foundation/Result.h"
+
 namespace pugi {
 class xml_document;
 class xml_node;
@@ -46,10 +48,9 @@ class PropertyList {
   PropertyList& operator=(PropertyList&&) noexcept;
   ~PropertyList();
 
-  /// From a file's contents. Nothing when they are not wholly such a list, as in the binary form that some
-  /// tools turn it into, so that whatever is read can be written again without a loss but for comments;
-  /// `cause` then says why, for the log.
-  static std::optional<PropertyList> fromXML(std::string_view xml, std::string& cause);
+  /// From a file's contents. A failure when they are not wholly such a list, as in the binary form that some
+  /// tools turn it into, so that whatever is read can be written again without a loss but for comments.
+  static Result<PropertyList> fromXML(std::string_view xml);
   std::string xml() const;
 
   bool contains(std::string_view key) const;

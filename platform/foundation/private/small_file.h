@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
+
+#include "foundation/Result.h"
+#include "foundation/UniqueFd.h"
 
 /// Files that are read and replaced as a whole, among processes that do the same.
 
@@ -30,24 +32,24 @@ struct SmallFile {
 SmallFile read_small_file(const std::filesystem::path& file, size_t limit);
 
 /// Makes the folder and those above it that are missing, for the user alone.
-std::error_code make_private_folder(const std::filesystem::path& folder);
+Result<void> make_private_folder(const std::filesystem::path& folder);
 
 /// What `file` stands for: where its symbolic links lead, whether or not anything is there. `file` itself
 /// when it is no link, or links lead round in a circle.
 std::filesystem::path followed_links(const std::filesystem::path& file);
 
 /// Puts a file of these bytes, for the user alone, in the place of what is there: through a temporary file in
-/// the same folder, so that everybody else sees the old file or the new one. After an error the old one
+/// the same folder, so that everybody else sees the old file or the new one. After a failure the old one
 /// stays.
-std::error_code replace_file(const std::filesystem::path& file, std::string_view bytes);
+Result<void> replace_file(const std::filesystem::path& file, std::string_view bytes);
 
 /// Removes the temporary files that processes killed in replace_file(file, ...) have left behind. One that
 /// somebody is writing stays.
 void remove_abandoned_temporaries(const std::filesystem::path& file);
 
-/// Renames `file` to <file>.damaged, or <file>.damaged.2, .3 ... where that is taken; `kept` is then the new
+/// Renames `file` to <file>.damaged, or <file>.damaged.2, .3 ... where that is taken; the result is the new
 /// name.
-std::error_code keep_aside(const std::filesystem::path& file, std::filesystem::path& kept);
+Result<std::filesystem::path> keep_aside(const std::filesystem::path& file);
 
 /// Excludes other holders of a lock on the same lock file, in this process and in others, once it is held.
 class FileLock {
@@ -64,7 +66,7 @@ class FileLock {
   std::string cause() const;
 
  private:
-  int descriptor_;
+  UniqueFd descriptor_;
   int error_ = 0;
 };
 

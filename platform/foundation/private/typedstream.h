@@ -34,7 +34,4 @@ inline constexpr int8_t kLastTag = -111;
 /// The integer that refers to number 0; one more for each further number.
 inline constexpr int32_t kFirstReference = -110;
 
-/// Objects nested deeper than this are refused: no archive of ours comes near, and each level takes stack.
-inline constexpr int kMaximumDepth = 64;
-
 }  // namespace cocoa::typedstream

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "foundation/UniqueFd.h"
 #include "windows/private/x11_atoms.h"
 #include "windows/private/x11_reply.h"
 #include "windows/private/x11_visuals.h"
@@ -41,7 +42,7 @@ class X11Connection {
 
   /// Readable when there is something to dispatch, which the connection's own descriptor is not always: a
   /// flush or an answer waited for takes events in from it along the way.
-  int descriptor() const { return poll_; }
+  int descriptor() const { return poll_.get(); }
   /// Makes descriptor() readable until the next beginDispatch().
   void wake();
   void beginDispatch();
@@ -104,8 +105,8 @@ class X11Connection {
   X11Visual opaque_;
   X11Visual translucent_;
   size_t longest_request_ = 0;
-  int poll_ = -1;
-  int wake_ = -1;
+  UniqueFd poll_;
+  UniqueFd wake_;
   bool read_server_ = false;
   std::deque<XcbPtr<xcb_generic_event_t>> taken_in_;
 

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <memory>
 
+#include "foundation/UniqueFd.h"
+
 namespace cocoa {
 
 class X11Connection;
@@ -24,7 +26,7 @@ class X11SharedMemory {
   xcb_shm_seg_t segment() const { return segment_; }
 
  private:
-  X11SharedMemory(X11Connection& connection, void* data, size_t size, int descriptor);
+  X11SharedMemory(X11Connection& connection, void* data, size_t size, UniqueFd descriptor);
 
   X11Connection& connection_;
   void* data_;
