@@ -223,11 +223,13 @@ class NSAutoreleasePool {
   NSAutoreleasePool* outer_;
 };
 
-/// Makes an Outlet for a field of a class: OUTLET(KVOndexView, _knob).
+/// The functions of an outlet that is a field of a class, a plain pointer or one that follows its object's
+/// life (WeakPointer): FieldOutlet<&KVOndexView::_knob>.
 template <auto Member>
 struct FieldOutlet;
-template <typename Owner, typename Value, Value* Owner::*Member>
+template <typename Owner, typename Pointer, Pointer Owner::*Member>
 struct FieldOutlet<Member> {
+  using Value = typename std::pointer_traits<Pointer>::element_type;
   static bool set(NSObject& self, NSObject* value) {
     auto* typed = dynamic_cast<Value*>(value);
     if (value && !typed)
@@ -235,6 +237,7 @@ struct FieldOutlet<Member> {
     static_cast<Owner&>(self).*Member = typed;
     return true;
   }
+  static NSObject* get(const NSObject& self) { return static_cast<const Owner&>(self).*Member; }
 };
 
 /// Makes an Action for a method of a class that takes its sender.

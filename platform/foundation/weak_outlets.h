@@ -25,18 +25,6 @@ class WeakPointer {
   WeakRef<T> reference_;
 };
 
-template <typename Owner, typename Value, WeakPointer<Value> Owner::*Member>
-struct FieldOutlet<Member> {
-  static bool set(NSObject& self, NSObject* value) {
-    auto* typed = dynamic_cast<Value*>(value);
-    if (value && !typed)
-      return false;
-    static_cast<Owner&>(self).*Member = typed;
-    return true;
-  }
-  static NSObject* get(const NSObject& self) { return static_cast<const Owner&>(self).*Member; }
-};
-
 /// An outlet that can be asked what it is connected to.
 struct WeakOutlet {
   Outlet outlet;
