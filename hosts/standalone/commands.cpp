@@ -4,6 +4,9 @@
 
 namespace ondex {
 
+using cocoa::Failure;
+using cocoa::Result;
+
 namespace {
 
 constexpr std::string_view blanks = " \t";
@@ -21,55 +24,51 @@ std::vector<std::string_view> words_of(std::string_view line) {
   }
 }
 
-std::string read_set(const std::vector<std::string_view>& words, Command& command) {
+Result<Command> read_set(const std::vector<std::string_view>& words) {
   if (words.size() != 3)
-    return "set wants ID VALUE";
-  return read_parameter_change(words[1], words[2], command.change);
+    return Failure{"set wants ID VALUE"};
+  const Result<ParameterChange> change = read_parameter_change(words[1], words[2]);
+  if (!change)
+    return change.failure();
+  return Command{CommandKind::set, *change, {}};
 }
 
-std::string read_get(const std::vector<std::string_view>& words, Command& command) {
+Result<Command> read_get(const std::vector<std::string_view>& words) {
   if (words.size() != 2)
-    return "get wants ID";
-  return read_parameter_id(words[1], command.change.id);
+    return Failure{"get wants ID"};
+  const Result<unsigned> id = read_parameter_id(words[1]);
+  if (!id)
+    return id.failure();
+  return Command{CommandKind::get, {*id, 0}, {}};
 }
 
 /// A file's name may hold blanks: it is the rest of the line.
-std::string read_screenshot(std::string_view line, Command& command) {
+Result<Command> read_screenshot(std::string_view line) {
   const size_t name =
       line.find_first_not_of(blanks, line.find("screenshot") + std::string_view("screenshot").size());
   if (name == std::string_view::npos)
-    return "screenshot wants the name of a file";
-  command.file = std::string(line.substr(name, line.find_last_not_of(blanks) - name + 1));
-  return {};
+    return Failure{"screenshot wants the name of a file"};
+  const std::string_view file = line.substr(name, line.find_last_not_of(blanks) - name + 1);
+  return Command{CommandKind::screenshot, {}, std::string(file)};
 }
 
 }  // namespace
 
-std::string read_command(std::string_view line, Command& command) {
+Result<Command> read_command(std::string_view line) {
   const std::vector<std::string_view> words = words_of(line);
   if (words.empty())
-    return {};
-  std::string error;
-  CommandKind kind = CommandKind::none;
-  if (words[0] == "set") {
-    kind = CommandKind::set;
-    error = read_set(words, command);
-  } else if (words[0] == "get") {
-    kind = CommandKind::get;
-    error = read_get(words, command);
-  } else if (words[0] == "screenshot") {
-    kind = CommandKind::screenshot;
-    error = read_screenshot(line, command);
-  } else if (words[0] == "list" || words[0] == "quit") {
-    kind = words[0] == "list" ? CommandKind::list : CommandKind::quit;
-    if (words.size() > 1)
-      error = std::string(words[0]) + " wants nothing more";
-  } else {
-    error = "unknown command '" + std::string(words[0]) + "'";
-  }
-  if (error.empty())
-    command.kind = kind;
-  return error;
+    return Command();
+  if (words[0] == "set")
+    return read_set(words);
+  if (words[0] == "get")
+    return read_get(words);
+  if (words[0] == "screenshot")
+    return read_screenshot(line);
+  if (words[0] != "list" && words[0] != "quit")
+    return Failure{"unknown command '" + std::string(words[0]) + "'"};
+  if (words.size() > 1)
+    return Failure{std::string(words[0]) + " wants nothing more"};
+  return Command{words[0] == "list" ? CommandKind::list : CommandKind::quit, {}, {}};
 }
 
 }  // namespace ondex

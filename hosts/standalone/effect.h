@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
+#include "foundation/Result.h"
 #include "hosting/audio_unit_host.h"
 
 namespace ondex {
@@ -13,9 +13,9 @@ struct ParameterChange {
   float value = 0;
 };
 
-/// Reads a parameter number; an empty error means success.
-std::string read_parameter_id(std::string_view text, unsigned& id);
-/// Reads a number and a value in the parameter's range; an empty error means success.
-std::string read_parameter_change(std::string_view id, std::string_view value, ParameterChange& change);
+/// Reads a parameter number.
+cocoa::Result<unsigned> read_parameter_id(std::string_view text);
+/// Reads a number and a value in the parameter's range.
+cocoa::Result<ParameterChange> read_parameter_change(std::string_view id, std::string_view value);
 
 }  // namespace ondex

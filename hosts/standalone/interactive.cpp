@@ -125,12 +125,14 @@ class Session : private NSWindowDelegate {
 
   bool take_command() {
     while (const auto line = input_.lines().take()) {
-      command_ = Command();
-      if (const std::string error = read_command(*line, command_); !error.empty()) {
-        complain(error);
-      } else if (command_.kind != CommandKind::none) {
-        return true;
+      Result<Command> command = read_command(*line);
+      if (!command) {
+        complain(command.cause());
+        continue;
       }
+      command_ = std::move(*command);
+      if (command_.kind != CommandKind::none)
+        return true;
     }
     return false;
   }

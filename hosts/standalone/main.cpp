@@ -20,20 +20,18 @@ void print(FILE* file, const std::string& text) {
 int main(int argc, char** argv) {
   if (!ondex::open_standard_streams())
     return 1;
-  ondex::Options options;
-  const std::span<const char* const> arguments(argv, static_cast<size_t>(argc));
-  const std::string error = ondex::read_options(arguments.subspan(argc > 0 ? 1 : 0), options);
-  if (!error.empty()) {
-    print(stderr, "ondex: " + cocoa::visible_text(error) + "\n");
+  const cocoa::Result<ondex::Options> options = ondex::read_options({argv, static_cast<size_t>(argc)});
+  if (!options) {
+    print(stderr, "ondex: " + cocoa::visible_text(options.cause()) + "\n");
     return bad_usage;
   }
-  if (options.help) {
+  if (options->help) {
     print(stdout, ondex::help_text());
     return 0;
   }
-  if (options.version) {
+  if (options->version) {
     print(stdout, ondex::version_text());
     return 0;
   }
-  return options.screenshot ? ondex::run_screenshot(options) : ondex::run_interactive(options);
+  return options->screenshot ? ondex::run_screenshot(*options) : ondex::run_interactive(*options);
 }

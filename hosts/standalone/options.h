@@ -22,8 +22,9 @@ struct Options {
   bool version = false;
 };
 
-/// Reads the arguments after the program's name. An empty error means success.
-std::string read_options(std::span<const char* const> arguments, Options& options);
+/// Reads the program's arguments, of which the first is its name. An option's value may be the next argument
+/// or follow a '='. Not from two threads at once.
+cocoa::Result<Options> read_options(std::span<char* const> arguments);
 
 /// What --help prints.
 std::string help_text();

@@ -112,14 +112,12 @@ int run(const Options& options) {
 }  // namespace ondex::test
 
 int main(int argc, char** argv) {
-  ondex::Options options;
-  const std::span<const char* const> arguments(argv, static_cast<size_t>(argc));
-  std::string error = ondex::read_options(arguments.subspan(argc > 0 ? 1 : 0), options);
-  if (error.empty() && (options.help || options.version || !options.changes.empty()))
-    error = "it knows --screenshot FILE.png and --scale S only";
-  if (!error.empty()) {
-    std::fprintf(stderr, "ondex-gallery: %s\n", error.c_str());
+  cocoa::Result<ondex::Options> options = ondex::read_options({argv, static_cast<size_t>(argc)});
+  if (options && (options->help || options->version || !options->changes.empty()))
+    options = cocoa::Failure{"it knows --screenshot FILE.png and --scale S only"};
+  if (!options) {
+    std::fprintf(stderr, "ondex-gallery: %s\n", options.cause().c_str());
     return 2;
   }
-  return ondex::test::run(options);
+  return ondex::test::run(*options);
 }

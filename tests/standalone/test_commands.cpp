@@ -6,16 +6,14 @@ namespace ondex {
 namespace {
 
 Command read(std::string_view line) {
-  Command command;
-  EXPECT_EQ(read_command(line, command), "") << line;
-  return command;
+  const cocoa::Result<Command> command = read_command(line);
+  EXPECT_TRUE(command) << line << ": " << command.cause();
+  return command ? *command : Command();
 }
 
 std::string error_of(std::string_view line) {
-  Command command;
-  std::string error = read_command(line, command);
-  EXPECT_EQ(command.kind, CommandKind::none) << line;
-  return error;
+  const cocoa::Result<Command> command = read_command(line);
+  return command ? "" : command.cause();
 }
 
 TEST(Commands, AreReadFromALine) {

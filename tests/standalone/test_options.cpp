@@ -5,19 +5,31 @@
 namespace ondex {
 namespace {
 
-std::string read(std::vector<const char*> arguments, Options& options) {
-  return read_options(arguments, options);
+using cocoa::Result;
+
+Result<Options> result_of(const std::vector<std::string>& arguments) {
+  std::vector<std::string> texts = {"ondex"};
+  texts.insert(texts.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  for (std::string& text : texts)
+    pointers.push_back(text.data());
+  return read_options(pointers);
 }
 
-std::string error_of(const std::vector<const char*>& arguments) {
-  Options options;
-  return read_options(arguments, options);
+Options read(const std::vector<std::string>& arguments) {
+  const Result<Options> options = result_of(arguments);
+  EXPECT_TRUE(options) << options.cause();
+  return options ? *options : Options();
+}
+
+std::string error_of(const std::vector<std::string>& arguments) {
+  const Result<Options> options = result_of(arguments);
+  return options ? "" : options.cause();
 }
 
 TEST(Options, AreReadInAnyOrder) {
-  Options options;
-  EXPECT_EQ(read({"--set", "2=0.25", "--screenshot", "a.png", "--set", "0=3", "--scale", "1.5"}, options),
-            "");
+  const Options options =
+      read({"--set", "2=0.25", "--screenshot", "a.png", "--set", "0=3", "--scale", "1.5"});
   EXPECT_EQ(options.screenshot, "a.png");
   EXPECT_EQ(options.scale, 1.5);
   ASSERT_EQ(options.changes.size(), 2U);
@@ -27,15 +39,13 @@ TEST(Options, AreReadInAnyOrder) {
 }
 
 TEST(Options, AnEntryIsShownOfItsParameter) {
-  Options options;
-  EXPECT_EQ(read({"--show", "popup:4", "--screenshot", "a.png"}, options), "");
+  const Options options = read({"--show", "popup:4", "--screenshot", "a.png"});
   EXPECT_EQ(options.shown, Shown::entry);
   EXPECT_EQ(options.entry_of, 4U);
 }
 
 TEST(Options, WithoutAnyNothingIsAsked) {
-  Options options;
-  EXPECT_EQ(read({}, options), "");
+  const Options options = read({});
   EXPECT_FALSE(options.screenshot);
   EXPECT_FALSE(options.scale);
   EXPECT_EQ(options.shown, Shown::editor);
@@ -43,17 +53,44 @@ TEST(Options, WithoutAnyNothingIsAsked) {
 }
 
 TEST(Options, APictureMayShowAnotherWindow) {
-  Options options;
-  EXPECT_EQ(read({"--show", "preferences", "--screenshot", "a.png"}, options), "");
-  EXPECT_EQ(options.shown, Shown::preferences);
-  EXPECT_EQ(read({"--screenshot", "a.png", "--show", "colors"}, options), "");
-  EXPECT_EQ(options.shown, Shown::colors);
+  EXPECT_EQ(read({"--show", "preferences", "--screenshot", "a.png"}).shown, Shown::preferences);
+  EXPECT_EQ(read({"--screenshot", "a.png", "--show", "colors"}).shown, Shown::colors);
   EXPECT_EQ(error_of({"--show", "preferences"}), "--show goes with --screenshot");
+}
+
+TEST(Options, AValueMayFollowAnEqualsSign) {
+  const Options options = read({"--scale=2", "--set=3=1.5", "--screenshot=a=b.png", "--show=popup:1"});
+  EXPECT_EQ(options.scale, 2.0);
+  ASSERT_EQ(options.changes.size(), 1U);
+  EXPECT_EQ(options.changes[0].id, 3U);
+  EXPECT_EQ(options.changes[0].value, 1.5F);
+  EXPECT_EQ(options.screenshot, "a=b.png");
+  EXPECT_EQ(options.entry_of, 1U);
+  EXPECT_EQ(error_of({"--scale=5"}), "--scale wants a number from 0.5 to 4, not '5'");
+  EXPECT_EQ(error_of({"--screenshot="}), "--screenshot wants the name of a file");
+}
+
+TEST(Options, HelpHasALetterToo) {
+  EXPECT_TRUE(read({"-h"}).help);
+  EXPECT_TRUE(read({"--help"}).help);
+  EXPECT_TRUE(read({"--version"}).version);
+  EXPECT_FALSE(read({"--version"}).help);
+}
+
+TEST(Options, AValueIsWhatFollowsWhateverItLooksLike) {
+  EXPECT_EQ(read({"--screenshot", "--help"}).screenshot, "--help");
+  EXPECT_EQ(error_of({"--scale", "-1"}), "--scale wants a number from 0.5 to 4, not '-1'");
 }
 
 TEST(Options, WhatIsWrongIsSaidInOneLine) {
   EXPECT_EQ(error_of({"--frobnicate"}), "unknown option '--frobnicate'; try --help");
   EXPECT_EQ(error_of({"picture.png"}), "unknown option 'picture.png'; try --help");
+  EXPECT_EQ(error_of({"--help", "picture.png"}), "unknown option 'picture.png'; try --help");
+  EXPECT_EQ(error_of({"--", "picture.png"}), "unknown option 'picture.png'; try --help");
+  EXPECT_EQ(error_of({"-x"}), "unknown option '-x'; try --help");
+  EXPECT_EQ(error_of({"-hx"}), "unknown option '-hx'; try --help");
+  EXPECT_EQ(error_of({"--help=3"}), "unknown option '--help=3'; try --help");
+  EXPECT_EQ(error_of({"--s", "2"}), "unknown option '--s'; try --help");
   EXPECT_EQ(error_of({"--scale"}), "--scale wants a value");
   EXPECT_EQ(error_of({"--scale", "big"}), "--scale wants a number from 0.5 to 4, not 'big'");
   EXPECT_EQ(error_of({"--scale", "0"}), "--scale wants a number from 0.5 to 4, not '0'");

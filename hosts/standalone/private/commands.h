@@ -16,7 +16,7 @@ struct Command {
   std::string file;        ///< of screenshot
 };
 
-/// Reads a line; an empty one is no command. An empty error means success.
-std::string read_command(std::string_view line, Command& command);
+/// Reads a line; an empty one is no command.
+cocoa::Result<Command> read_command(std::string_view line);
 
 }  // namespace ondex
