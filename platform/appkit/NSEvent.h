@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "foundation/NSObject.h"
 #include "foundation/NSString.h"
 #include "windows/window_system.h"
@@ -20,7 +22,7 @@ class NSEvent : public NSObject {
  public:
   static const Class class_;
   const Class& isa() const override { return class_; }
-  NSEvent(const WindowEvent& event, NSWindow* window) : event_(event), window_(window) {}
+  NSEvent(WindowEvent event, NSWindow* window) : event_(std::move(event)), window_(window) {}
 
   WindowEventType type() const { return event_.type; }
   /// Points from the lower left of the window's content.

@@ -151,7 +151,8 @@ class Ref {
   }
 
   Ref& operator=(const Ref& other) {
-    Ref(other).swap(*this);
+    Ref copy(other);
+    swap(copy);
     return *this;
   }
   Ref& operator=(Ref&& other) noexcept {

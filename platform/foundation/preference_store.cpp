@@ -108,9 +108,10 @@ bool PreferenceStore::complain(const std::filesystem::path& file, const std::str
 bool PreferenceStore::mayWrite(const FileLock& lock, const std::filesystem::path& file, double tried_since) {
   if (!lock.isHeldByAnother()) {
     locked_since_.reset();
-    if (!lock.isHeld())
+    if (!lock.isHeld()) {
       NSLog("Preferences: %s.lock: cannot be locked, going on without: %s.", file.c_str(),
             lock.cause().c_str());
+    }
     return true;
   }
   constexpr double kLongest = std::chrono::duration<double>(kLongestLock).count();

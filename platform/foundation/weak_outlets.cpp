@@ -8,9 +8,10 @@ namespace cocoa {
 
 void log_missing_outlets(const NSObject& self, std::span<const WeakOutlet> weak_outlets) {
   for (const WeakOutlet& each : weak_outlets) {
-    if (!each.get(self))
+    if (!each.get(self)) {
       NSLog("%s: outlet %s is not connected.", std::string(self.isa().name).c_str(),
             std::string(each.outlet.name).c_str());
+    }
   }
 }
 

@@ -213,10 +213,11 @@ void Scanner::elements() {
       need("<", "no element");
       open_.push_back(name());
       attributes();
-      if (take("/>"))
+      if (take("/>")) {
         open_.pop_back();
-      else
+      } else {
         need(">", "the beginning of an element without an end");
+      }
     }
     if (!open_.empty())
       content();

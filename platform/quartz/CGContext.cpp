@@ -61,7 +61,7 @@ void CGContextRelease(CGContextRef context) {
 
 void CGContextSaveGState(CGContextRef context) {
   if (context)
-    context->states.push_back(GraphicsState(context->state()));
+    context->states.emplace_back(context->state());
 }
 void CGContextRestoreGState(CGContextRef context) {
   if (context && context->states.size() > context->target().first_state + 1)

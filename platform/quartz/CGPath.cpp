@@ -49,9 +49,10 @@ void CGPathAddLineToPoint(CGMutablePathRef path, const CGAffineTransform* m, CGF
 }
 void CGPathAddCurveToPoint(CGMutablePathRef path, const CGAffineTransform* m, CGFloat cp1x, CGFloat cp1y,
                            CGFloat cp2x, CGFloat cp2y, CGFloat x, CGFloat y) {
-  if (path)
+  if (path) {
     path->data.curve_to(matrix_from(m),
                         {device_point(cp1x, cp1y), device_point(cp2x, cp2y), device_point(x, y)});
+  }
 }
 void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* m, CGFloat x, CGFloat y, CGFloat radius,
                   CGFloat startAngle, CGFloat endAngle, bool clockwise) {
@@ -62,9 +63,10 @@ void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* m, CGFloat x, 
 }
 void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* m, CGFloat x1, CGFloat y1,
                          CGFloat x2, CGFloat y2, CGFloat radius) {
-  if (path)
+  if (path) {
     path->data.add_arc_to_point(matrix_from(m), device_point(x1, y1), device_point(x2, y2),
                                 static_cast<double>(radius));
+  }
 }
 void CGPathAddEllipseInRect(CGMutablePathRef path, const CGAffineTransform* m, CGRect rect) {
   if (path)

@@ -22,7 +22,7 @@ constexpr double fractions = 64;
 /// How much of the em a stem gains when a font has no bold face of its own.
 constexpr int emboldening = 24;
 /// Beyond this, the masks of a face are made anew.
-constexpr size_t max_mask_bytes = 512 * 1024;
+constexpr size_t max_mask_bytes = size_t{512} * 1024;
 
 bool boolean(const FcPattern* pattern, const char* property, bool otherwise) {
   FcBool value = FcFalse;
@@ -172,7 +172,7 @@ size_t FontFace::PlaceHash::operator()(const GlyphPlace& place) const {
   size_t hash = place.glyph;
   hash = hash * factor + static_cast<size_t>(place.width);
   hash = hash * factor + static_cast<size_t>(place.height);
-  return hash * factor + place.quarter_x * 4U + place.quarter_y;
+  return hash * factor + static_cast<size_t>(place.quarter_x) * 4 + place.quarter_y;
 }
 
 const GlyphMask& FontFace::mask(const GlyphPlace& place) {
@@ -204,11 +204,11 @@ PixelBounds bounds_of(const FT_Outline& outline) {
 std::vector<uint8_t> unpacked(const std::vector<uint8_t>& bits, int width, int height, int stride) {
   std::vector<uint8_t> coverage;
   coverage.reserve(static_cast<size_t>(width) * static_cast<size_t>(height));
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x) {
-      const uint8_t byte = bits[static_cast<size_t>(y * stride + x / 8)];
-      coverage.push_back((byte & 0x80U >> (x % 8)) != 0 ? 255 : 0);
-    }
+  for (int y = 0; y < height; ++y) {
+    const auto row = bits.begin() + static_cast<ptrdiff_t>(y) * stride;
+    for (int x = 0; x < width; ++x)
+      coverage.push_back((row[x / 8] & 0x80U >> (x % 8)) != 0 ? 255 : 0);
+  }
   return coverage;
 }
 
@@ -243,12 +243,12 @@ GlyphMask FontFace::make_mask(const GlyphPlace& place) {
   FT_Outline& outline = face_->glyph->outline;
   if (embolden_)
     FT_Outline_EmboldenXY(&outline, place.width / emboldening, place.height / emboldening);
-  constexpr int quarter = static_cast<int>(fractions) / 4;
+  constexpr FT_Pos quarter = static_cast<FT_Pos>(fractions) / 4;
   FT_Outline_Translate(&outline, place.quarter_x * quarter, -place.quarter_y * quarter);
   const PixelBounds box = bounds_of(outline);
   if (outline.n_points == 0 || box.empty())
     return {};
-  FT_Outline_Translate(&outline, -box.x0 * 64, -box.y0 * 64);
+  FT_Outline_Translate(&outline, -FT_Pos{box.x0} * 64, -FT_Pos{box.y0} * 64);
   return {{box.x0, -box.y1, box.x1, -box.y0},
           rasterised(face_->glyph->library, outline, box.width(), box.height(), smooth_)};
 }

@@ -235,9 +235,11 @@ void add_curve(Lines& lines, DevicePoint from, const DevicePoint* p) {
   constexpr double most_steps = 4096;
   const double bend = std::max(std::hypot(from.x - 2 * p[0].x + p[1].x, from.y - 2 * p[0].y + p[1].y),
                                std::hypot(p[0].x - 2 * p[1].x + p[2].x, p[0].y - 2 * p[1].y + p[2].y));
-  const double steps = std::clamp(std::ceil(std::sqrt(0.75 * bend / tolerance)), 1.0, most_steps);
-  for (double i = 1; i < steps; ++i) {
-    const double t = i / steps;
+  // Of what is not a number, one: the maximum takes the other.
+  const double wanted = std::max(1.0, std::ceil(std::sqrt(0.75 * bend / tolerance)));
+  const int steps = static_cast<int>(std::min(wanted, most_steps));
+  for (int i = 1; i < steps; ++i) {
+    const double t = static_cast<double>(i) / steps;
     const double u = 1 - t;
     const double a = u * u * u;
     const double b = 3 * u * u * t;

@@ -66,7 +66,7 @@ class LineSetter {
     return style_.line_break == LineBreak::truncate_head || style_.line_break == LineBreak::truncate_tail ||
            style_.line_break == LineBreak::truncate_middle;
   }
-  ShapedText shaped(std::string_view utf8) const { return ShapedText(family_, style_.size, utf8); }
+  ShapedText shaped(std::string_view utf8) const { return {family_, style_.size, utf8}; }
   bool fits(const ShapedText& text) const { return width_ < 0 || text.width() <= width_ + rounding; }
   double start_of(const ShapedText& text, bool from_right) const;
   void add_line(ShapedText text, bool from_right);

@@ -26,7 +26,10 @@ class Canvas {
 
   CGContextRef context() { return context_; }
   /// Premultiplied ARGB at a point, y upwards.
-  uint32_t at(int x, int y) const { return pixels_[static_cast<size_t>((height_ - 1 - y) * width_ + x)]; }
+  uint32_t at(int x, int y) const {
+    return pixels_[static_cast<size_t>(height_ - 1 - y) * static_cast<size_t>(width_) +
+                   static_cast<size_t>(x)];
+  }
   int count(uint32_t argb) const {
     int count = 0;
     for (const uint32_t pixel : pixels_)

@@ -62,8 +62,9 @@ double circle_coverage(double x, double y, double size, NSPoint centre) {
   constexpr int samples = 16;
   int inside = 0;
   for (int i = 0; i < samples * samples; ++i) {
+    const int row = i / samples;
     const double dx = x + (i % samples + 0.5) / samples * size - centre.x;
-    const double dy = y + (i / samples + 0.5) / samples * size - centre.y;
+    const double dy = y + (row + 0.5) / samples * size - centre.y;
     inside += dx * dx + dy * dy <= 15 * 15 ? 1 : 0;
   }
   return inside / static_cast<double>(samples * samples);

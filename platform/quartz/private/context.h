@@ -92,9 +92,9 @@ struct CGContext : Counted {
   /// Intersects the clip with a path.
   void clip(const PathData& path, FillRule rule);
   /// What the path covers, at least as far as it can be seen.
-  Coverage fill_coverage(const PathData& path, FillRule rule);
+  Coverage fill_coverage(const PathData& shape, FillRule rule);
   /// The same for its stroke.
-  Coverage stroke_coverage(const PathData& path);
+  Coverage stroke_coverage(const PathData& shape);
   /// The alpha of the state is applied on top.
   FineColor fine(const Rgba& color) const { return fine_color(color, state().alpha); }
 

@@ -37,7 +37,7 @@ struct Pen {
 void fill_outline(const Lines& lines, Polygon& outline);
 
 /// How far a stroke reaches from its path at most, in device pixels.
-double stroke_reach(const Pen& pen, const Matrix& to_device);
+double stroke_reach(const Pen& pen, const Matrix& m);
 
 /// The outline of what the pen paints, to be filled by the non-zero rule. `to_device` takes user space to
 /// device pixels; without an inverse there is nothing to paint. A sub-path without length becomes a dot when

@@ -13,7 +13,7 @@ namespace cocoa {
 class X11Connection;
 
 /// In UTF-8. Of a title that no title bar could show, only the beginning.
-void set_title(X11Connection& connection, xcb_window_t window, std::string_view title);
+void set_title(X11Connection& connection, xcb_window_t window, std::string_view whole);
 /// The editor has the size of its design: managers may move the window, not resize it.
 void set_fixed_size(X11Connection& connection, xcb_window_t window, int width, int height, WindowKind kind);
 /// The window may be resized, down to half the given size and best with its proportions.
