@@ -44,13 +44,15 @@ void Rasterizer::draw(const Polygon& polygon, FillRule rule, PixelBounds area, u
     return;
   rule_bits_ = rule == FillRule::even_odd ? 1 : -1;
   area_ = area;
+  width_ = static_cast<uint64_t>(area.width());
   cells_.assign(static_cast<size_t>(area.width()) + 1, 0);
   set_edges(polygon);
-  none_.x = none_.next_x = INT64_MAX;
-  active_.assign(1, &none_);
+  none_.left = none_.right = INT64_MAX;
+  active_.resize(edges_.size() + 1);
+  active_end_ = active_.data();
   for (int row = area.y0; row < area.y1; ++row, bytes += bytes_per_row) {
     go_to_row(row);
-    if (active_.size() == 1) {
+    if (active_end_ == active_.data()) {
       std::memset(bytes, 0, static_cast<size_t>(area.width()));
       continue;
     }
@@ -84,7 +86,7 @@ void Rasterizer::add_edge(GridPoint from, GridPoint to) {
   // One along the row covers nothing, but holds together what it connects within the row.
   if (last_row < area_.y0 || first_row >= area_.y1 || (direction == 0 && fraction == 0))
     return;
-  Edge e{place_of(from.x), place_of(to.x), 0, to.y - from.y, fraction, last_row, direction, to, 0};
+  Edge e{place_of(from.x), place_of(to.x), 0, 0, 0, to.y - from.y, fraction, direction, last_row, to, 0};
   if (first_row < last_row) {
     const double slope = (static_cast<double>(to.x) - from.x) / (static_cast<double>(to.y) - from.y);
     e.height = GridPoint::pixel - fraction;
@@ -108,10 +110,10 @@ void Rasterizer::add_edge(GridPoint from, GridPoint to) {
 }
 
 void Rasterizer::go_to_row(int row) {
-  active_.pop_back();
-  Edge** kept = active_.data();
-  for (Edge* const edge : active_) {
-    Edge& e = *edge;
+  Edge* const* const end = active_end_;
+  active_end_ = active_.data();
+  for (Edge* const* edge = active_.data(); edge < end; ++edge) {
+    Edge& e = **edge;
     if (row > e.last_row)
       continue;
     e.x = e.next_x;
@@ -123,53 +125,40 @@ void Rasterizer::go_to_row(int row) {
       e.height = e.end.y - row * GridPoint::pixel;
       e.next_x = place_of(e.end.x);
     }
-    *kept++ = &e;
+    keep(e);
   }
-  active_.resize(static_cast<size_t>(kept - active_.data()));
   for (int32_t i = first_in_row_[static_cast<size_t>(row - area_.y0)]; i >= 0;
        i = edges_[static_cast<size_t>(i)].next)
-    active_.push_back(&edges_[static_cast<size_t>(i)]);
+    keep(edges_[static_cast<size_t>(i)]);
+  *active_end_ = &none_;
+}
+
+inline void Rasterizer::keep(Edge& edge) {
+  edge.left = std::min(edge.x, edge.next_x);
+  edge.right = std::max(edge.x, edge.next_x);
   // Nearly in order from the row before.
-  const auto left = [](const Edge* e) { return std::min(e->x, e->next_x); };
-  Place before = INT64_MIN;
-  for (size_t i = 0; i < active_.size(); ++i) {
-    Edge* const edge = active_[i];
-    const Place at = left(edge);
-    if (at >= before) {
-      before = at;
-      continue;
-    }
-    size_t k = i;
-    for (; k > 0 && left(active_[k - 1]) > at; --k)
-      active_[k] = active_[k - 1];
-    active_[k] = edge;
-  }
-  active_.push_back(&none_);
+  Edge** place = active_end_++;
+  for (; place > active_.data() && place[-1]->left > edge.left; --place)
+    *place = place[-1];
+  *place = &edge;
 }
 
 void Rasterizer::sweep() {
   const Place end = Place{area_.x1} << place_bits;
   int winding = 0;
   const Edge* const* edge = active_.data();
-  Place left = std::min((*edge)->x, (*edge)->next_x);
-  while (left < end) {
+  while ((*edge)->left < end) {
     const Edge* const* const first = edge++;
-    const Place begin = left;
-    Place right = std::max((*first)->x, (*first)->next_x);
-    left = std::min((*edge)->x, (*edge)->next_x);
-    if (left > right) {
-      const int before = inside(winding);
-      winding += (*first)->direction;
-      if (const int sign = inside(winding) - before)
-        add_line(begin, right, (*first)->height * one_step * sign);
+    Place right = (*first)->right;
+    if ((*edge)->left > right) {
+      winding = add_edge_in_order(**first, winding);
       continue;
     }
     do {
-      right = std::max({right, (*edge)->x, (*edge)->next_x});
+      right = std::max(right, (*edge)->right);
       ++edge;
-      left = std::min((*edge)->x, (*edge)->next_x);
-    } while (left <= right);
-    add_group(first, edge, right, winding);
+    } while ((*edge)->left <= right);
+    winding = add_group(first, edge, right, winding);
   }
 }
 
@@ -222,48 +211,52 @@ void Rasterizer::write_row(uint8_t* out) {
   cells[width] = 0;
 }
 
-void Rasterizer::add_group(const Edge* const* first, const Edge* const* last, Place right, int& winding) {
-  if (add_in_order(first, last, winding))
-    return;
-  const int before = inside(winding);
+int Rasterizer::add_group(const Edge* const* first, const Edge* const* last, Place right, int winding) {
+  if (last - first == 2 && is_chain(**first, *first[1])) {
+    add_edge_in_order(**first, winding);
+    return add_edge_in_order(*first[1], winding);
+  }
+  if (is_in_order(first, last)) {
+    for (; first < last; ++first)
+      winding = add_edge_in_order(**first, winding);
+    return winding;
+  }
   int32_t net = 0;
   for (const Edge* const* edge = first; edge < last; ++edge)
     net += (*edge)->direction * (*edge)->height;
+  const int winding_behind = winding + net / GridPoint::pixel;
   added_ = 0;
   add_bands(first, last, winding);
-  winding += net / GridPoint::pixel;
   // Rounding leaves nothing over for the rest of the row.
   const int64_t end = (right >> place_bits) + 1;
   const auto cell = std::clamp<int64_t>(end, area_.x0, area_.x1) - area_.x0;
-  cells_[static_cast<size_t>(cell)] += (inside(winding) - before) * one - added_;
+  const int sign = int{inside(winding_behind)} - int{inside(winding)};
+  cells_[static_cast<size_t>(cell)] += sign * one - added_;
+  return winding_behind;
 }
 
-bool Rasterizer::add_in_order(const Edge* const* first, const Edge* const* last, int& winding) {
-  const Edge& a = **first;
-  const Edge& b = *first[1];
-  // One goes on where the other ends.
-  if (last - first == 2 && a.direction == b.direction &&
-      (a.top == b.top + b.height || b.top == a.top + a.height)) {
-    int other = winding;
-    add_edge_in_order(a, other);
-    add_edge_in_order(b, winding);
-    return true;
-  }
-  for (const Edge* const* edge = first + 1; edge < last; ++edge) {
-    const Edge& e = **edge;
-    if (e.top != a.top || e.height != a.height || edge[-1]->x > e.x || edge[-1]->next_x > e.next_x)
+bool Rasterizer::is_chain(const Edge& a, const Edge& b) {
+  return a.direction == b.direction && (a.top == b.top + b.height || b.top == a.top + a.height);
+}
+
+bool Rasterizer::is_in_order(const Edge* const* first, const Edge* const* last) {
+  for (; first + 1 < last; ++first) {
+    const Edge& a = **first;
+    const Edge& b = *first[1];
+    if (a.top != b.top || a.height != b.height || a.x > b.x || a.next_x > b.next_x)
       return false;
   }
-  for (; first < last; ++first)
-    add_edge_in_order(**first, winding);
   return true;
 }
 
-void Rasterizer::add_edge_in_order(const Edge& edge, int& winding) {
-  const int before = inside(winding);
-  winding += edge.direction;
-  if (const int sign = inside(winding) - before)
-    add_line(std::min(edge.x, edge.next_x), std::max(edge.x, edge.next_x), edge.height * one_step * sign);
+inline int Rasterizer::add_edge_in_order(const Edge& edge, int winding) {
+  const int winding_behind = winding + edge.direction;
+  const bool before = inside(winding);
+  if (inside(winding_behind) != before) {
+    const int32_t all = edge.height * one_step;
+    add_line(edge.left, edge.right, before ? -all : all);
+  }
+  return winding_behind;
 }
 
 void Rasterizer::add_bands(const Edge* const* first, const Edge* const* last, int winding) {
@@ -336,30 +329,29 @@ void Rasterizer::split_spans(double part) {
 }
 
 void Rasterizer::add_spans(double height, int winding) {
+  const int32_t all = rounded(height * one);
   for (const Span& s : spans_) {
-    const int before = inside(winding);
+    const bool before = inside(winding);
     winding += s.direction;
-    if (const int sign = inside(winding) - before) {
-      const int32_t all = rounded(height * sign * one);
-      added_ += all;
-      add_line(place_of(std::min(s.top, s.bottom)), place_of(std::max(s.top, s.bottom)), all);
-    }
+    if (inside(winding) == before)
+      continue;
+    const int32_t part = before ? -all : all;
+    added_ += part;
+    add_line(place_of(std::min(s.top, s.bottom)), place_of(std::max(s.top, s.bottom)), part);
   }
 }
 
 inline void Rasterizer::add_line(Place left, Place right, int32_t all) {
-  const Place first = left >> place_bits;
-  if (first != right >> place_bits || first < area_.x0) {
+  const auto first = static_cast<uint64_t>((left >> place_bits) - area_.x0);
+  if ((left ^ right) >> place_bits != 0 || first >= width_) {
     add_long_line(left, right, all);
     return;
   }
-  if (first >= area_.x1)
-    return;
   // What lies left of the line's middle comes with the next pixel only.
   constexpr int fraction_bits = 24;
   const Place middle = (left + right) >> (place_bits - fraction_bits + 1) & ((1 << fraction_bits) - 1);
   const auto later = static_cast<int32_t>(all * middle >> fraction_bits);
-  int32_t* const cell = cells_.data() + (first - area_.x0);
+  int32_t* const cell = cells_.data() + first;
   cell[0] += all - later;
   cell[1] += later;
 }

@@ -29,15 +29,16 @@ class Rasterizer {
   /// greatest height that there is, it is off by less than a fifty-thousandth of a pixel.
   using Place = int64_t;
   struct Edge {
-    Place x;         ///< where it is when it comes into the row, or begins in it
-    Place next_x;    ///< where it leaves it, or ends
-    Place step;      ///< from row to row
-    int32_t height;  ///< what it has of the row, in steps of the grid
-    int32_t top;     ///< where that begins
-    int32_t last_row;
+    Place x;            ///< where it is when it comes into the row, or begins in it
+    Place next_x;       ///< where it leaves it, or ends
+    Place left, right;  ///< of these two
+    Place step;         ///< from row to row
+    int32_t height;     ///< what it has of the row, in steps of the grid
+    int32_t top;        ///< where that begins
     int32_t direction;  ///< 1 when the contour runs downwards, −1 upwards, 0 along the row
-    GridPoint end;      ///< the lower one
-    int32_t next;       ///< that begins in the same row
+    int32_t last_row;
+    GridPoint end;  ///< the lower one
+    int32_t next;   ///< that begins in the same row
   };
   /// What an edge has in a band.
   struct Span {
@@ -49,13 +50,17 @@ class Rasterizer {
   void add_edge(GridPoint from, GridPoint to);
   /// Cuts the edges by the row, which follows the last one, and puts those that are in it in order.
   void go_to_row(int row);
-  void keep(Edge* edge);
+  /// Behind those that lie further left.
+  void keep(Edge& edge);
   void sweep();
-  /// Adds what a group that ends at `right` covers; the winding number on its left becomes that on its right.
-  void add_group(const Edge* const* first, const Edge* const* last, Place right, int& winding);
-  /// The same, if it is a group whose edges take their turns from left to right or from above to below.
-  bool add_in_order(const Edge* const* first, const Edge* const* last, int& winding);
-  void add_edge_in_order(const Edge& edge, int& winding);
+  /// Adds what a group that ends at `right` covers; from the winding number on its left it makes that on its
+  /// right.
+  int add_group(const Edge* const* first, const Edge* const* last, Place right, int winding);
+  /// Whether its edges take their turns from above to below, or from left to right.
+  static bool is_chain(const Edge& a, const Edge& b);
+  static bool is_in_order(const Edge* const* first, const Edge* const* last);
+  /// Adds one that has the same winding number at all its heights on either side.
+  int add_edge_in_order(const Edge& edge, int winding);
   void add_bands(const Edge* const* first, const Edge* const* last, int winding);
   void add_band(double height, int winding);
   void add_spans(double height, int winding);
@@ -70,13 +75,15 @@ class Rasterizer {
   void add_long_line(Place left, Place right, int32_t all);
   /// Sums the cells up into coverage, and empties them.
   void write_row(uint8_t* out);
-  int inside(int winding) const { return (winding & rule_bits_) != 0; }
+  bool inside(int winding) const { return (winding & rule_bits_) != 0; }
 
   int rule_bits_ = 0;  ///< of a winding number, those that say that it is inside
   PixelBounds area_;
+  uint64_t width_ = 0;  ///< of the area
   std::vector<Edge> edges_;
   std::vector<int32_t> first_in_row_;
-  std::vector<Edge*> active_;  ///< left to right, and behind them one that no other touches
+  std::vector<Edge*> active_;    ///< left to right, and behind them one that no other touches
+  Edge** active_end_ = nullptr;  ///< where that one is
   Edge none_{};
   std::vector<int32_t> heights_;
   std::vector<Span> spans_;
