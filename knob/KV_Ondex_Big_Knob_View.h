@@ -4,6 +4,7 @@
 
 #include "appkit/NSView.h"
 #include "drawing/Callback.h"
+#include "drawing/shading.h"
 #include "quartz/CGColorSpace.h"
 #include "quartz/CGContext.h"
 #include "quartz/CGPath.h"
@@ -82,6 +83,10 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
   void update_scales();
   void show_value();
 
+  // Made when they are first drawn with; they keep their colours.
+  Shading _rings;
+  Shading _face;
+  Shading _glint;
   cocoa::NSPoint _marked_pointer;  ///< where the pointer was when a redraw was last asked for
 };
 

@@ -44,20 +44,25 @@ void draw_dot(CGContextRef context, double x, double y) {
 
 /// Fills the ellipse along the diagonal of its rectangle, from the lower left to the upper right.
 void fill_diagonally(CGContextRef context, NSRect ellipse, CGFunctionEvaluateCallback evaluate,
-                     const two_color_info& colors) {
+                     const two_color_info& colors, Shading& shading) {
   const CGPoint upper_right = {NSMaxX(ellipse), NSMaxY(ellipse)};
-  fill_ellipse(context, ellipse,
-               create_axial_shading(create_shader_function(evaluate, &colors), ellipse.origin, upper_right));
+  if (!shading)
+    shading = create_axial_shading(create_shader_function(evaluate, &colors), ellipse.origin, upper_right);
+  fill_ellipse(context, ellipse, shading);
 }
 
 /// Draws the rim rings, from a circle through the rectangle's sides to its centre. False when there is a
 /// function but no shading of it.
-bool draw_rings(CGContextRef context, NSRect r) {
+bool draw_rings(CGContextRef context, NSRect r, Shading& shading) {
   const CGPoint centre = {NSMinX(r) + NSWidth(r) / 2, NSMinY(r) + NSHeight(r) / 2};
-  const Function rings = create_shader_function(two_color_span_evaluate, &rim_colors);
-  const Shading shading = create_radial_shading(rings, {centre, NSWidth(r) / 2}, {centre, 0});
+  bool has_function = true;
+  if (!shading) {
+    const Function rings = create_shader_function(two_color_span_evaluate, &rim_colors);
+    has_function = rings != nullptr;
+    shading = create_radial_shading(rings, {centre, NSWidth(r) / 2}, {centre, 0});
+  }
   fill_rect_and_ellipse(context, r, r, shading);
-  return shading || !rings;
+  return shading || !has_function;
 }
 
 /// All that a pointer at that place covers, with its line and its shadow.
@@ -97,10 +102,10 @@ void KV_Ondex_Big_Knob_View::drawRect(NSRect) {
 }
 
 void KV_Ondex_Big_Knob_View::do_knob(CGContextRef context) {
-  if (!draw_rings(context, _knob_rect))
+  if (!draw_rings(context, _knob_rect, _rings))
     return;
   const NSRect face = NSInsetRect(_knob_rect, rim_width, rim_width);
-  fill_diagonally(context, face, body_panel_evaluate, face_colors);
+  fill_diagonally(context, face, body_panel_evaluate, face_colors, _face);
 }
 
 void KV_Ondex_Big_Knob_View::do_shine(CGContextRef context) {
@@ -108,7 +113,7 @@ void KV_Ondex_Big_Knob_View::do_shine(CGContextRef context) {
   // Lower than the face: the glint reaches over the rim at the bottom.
   const NSRect glass =
       NSMakeRect(NSMinX(r) + rim_width, NSMinY(r), NSWidth(r) - 2 * rim_width, NSHeight(r) - rim_width);
-  fill_diagonally(context, glass, knob_shine_evaluate, glint_colors);
+  fill_diagonally(context, glass, knob_shine_evaluate, glint_colors, _glint);
 }
 
 void KV_Ondex_Big_Knob_View::do_body_panel(CGContextRef context) {

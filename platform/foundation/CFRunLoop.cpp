@@ -143,10 +143,12 @@ bool CFRunLoop::Impl::performSources(bool stop_after_one) {
 
 void CFRunLoop::Impl::fireTimers() {
   const double now = clock->now();
-  running = items[step_timer];
-  std::erase_if(running, [now](const ItemRef& item) { return !(item->fire_date <= now); });
-  std::stable_sort(running.begin(), running.end(),
-                   [](const ItemRef& a, const ItemRef& b) { return a->fire_date < b->fire_date; });
+  running.clear();
+  const auto is_earlier = [](const ItemRef& a, const ItemRef& b) { return a->fire_date < b->fire_date; };
+  for (const ItemRef& item : items[step_timer]) {
+    if (item->fire_date <= now)
+      running.insert(std::upper_bound(running.begin(), running.end(), item, is_earlier), item);
+  }
   for (ItemRef& entry : running) {
     const ItemRef item = std::move(entry);
     if (!item->attached)

@@ -13,7 +13,7 @@ void CGContextBeginTransparencyLayer(CGContextRef context, const void* /*auxilia
   inside.has_shadow = false;
   inside.clip = box_coverage(bounds);
   const PixelView nothing_yet{nullptr, static_cast<size_t>(bounds.width()), bounds};
-  context->targets.push_back({nullptr, nothing_yet, {}, context->states.size()});
+  context->targets.push_back({nullptr, nothing_yet, {}, context->states.size(), {}});
   context->states.push_back(std::move(inside));
 }
 
@@ -24,11 +24,13 @@ void CGContextEndTransparencyLayer(CGContextRef context) {
   context->targets.pop_back();
   context->states.erase(context->states.begin() + static_cast<std::ptrdiff_t>(layer.first_state),
                         context->states.end());
-  if (!layer.pixels.data)
-    return;
-  PictureSource source(layer.pixels, context->state().alpha);
-  // Most of a layer may be empty.
-  context->draw(coloured(layer.pixels, layer.painted), source);
+  if (layer.only) {
+    PlainSource source(faded(layer.only->color, context->state().alpha));
+    context->draw(layer.only->shape, source);
+  } else if (layer.pixels.data) {
+    PictureSource source(layer.pixels, context->state().alpha);
+    context->draw(box_coverage(layer.painted), source);
+  }
 }
 
 }  // namespace cocoa

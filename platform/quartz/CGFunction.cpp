@@ -10,12 +10,13 @@ std::vector<CGFloat> bounds(const CGFloat* pairs, size_t dimension) {
   return pairs ? std::vector<CGFloat>(pairs, pairs + 2 * dimension) : std::vector<CGFloat>();
 }
 
-void clamp(CGFloat* values, const std::vector<CGFloat>& pairs) {
-  for (size_t i = 0; 2 * i < pairs.size(); ++i) {
-    if (!(values[i] >= pairs[2 * i])) {
-      values[i] = pairs[2 * i];
-    } else if (values[i] > pairs[2 * i + 1]) {
-      values[i] = pairs[2 * i + 1];
+void clamp(CGFloat* value, const std::vector<CGFloat>& pairs) {
+  const CGFloat* const end = pairs.data() + pairs.size();
+  for (const CGFloat* pair = pairs.data(); pair < end; pair += 2, ++value) {
+    if (!(*value >= pair[0])) {
+      *value = pair[0];
+    } else if (*value > pair[1]) {
+      *value = pair[1];
     }
   }
 }

@@ -52,9 +52,13 @@ __m128i rest_of(__m128i colors) {
   return _mm_sub_epi16(_mm_sub_epi16(_mm_set1_epi16(-1), alpha), _mm_srli_epi16(alpha, 8));
 }
 
+/// To the nearest of a pixel's numbers.
+__m128i narrowed(__m128i colors) {
+  return _mm_srli_epi16(_mm_add_epi16(colors, _mm_set1_epi16(half)), 8);
+}
+
 __m128i over(__m128i colors, __m128i below, __m128i rest) {
-  const __m128i sum = _mm_add_epi16(colors, _mm_mulhi_epu16(below, rest));
-  return _mm_srli_epi16(_mm_add_epi16(sum, _mm_set1_epi16(half)), 8);
+  return narrowed(_mm_add_epi16(colors, _mm_mulhi_epu16(below, rest)));
 }
 
 __m128i load(const void* from) {
@@ -83,6 +87,14 @@ size_t blend_blocks(uint32_t* pixels, size_t count, const FineColor* colors, con
     if (!is_one) {
       low = load(colors + i);
       high = load(colors + i + 2);
+      const __m128i opaque = _mm_set1_epi16(static_cast<int16_t>(FineColor::full));
+      constexpr int alphas = 0xC0C0;
+      if (!is_covered &&
+          (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(low, high), opaque)) & alphas) == alphas) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i),
+                         _mm_packus_epi16(narrowed(low), narrowed(high)));
+        continue;
+      }
       // Most of a layer is empty.
       if (_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_or_si128(low, high), zero)) == 0xFFFF)
         continue;
@@ -109,9 +121,26 @@ size_t blend_blocks(uint32_t* pixels, size_t count, const FineColor* colors, con
   return i;
 }
 
+/// As many colours of pixels as blocks of four have; says how many those are. Channels of both come in the
+/// same order.
+size_t widen_blocks(const uint32_t* pixels, size_t count, FineColor* colors) {
+  size_t i = 0;
+  for (; i + 4 <= count; i += 4) {
+    const __m128i four = load(pixels + i);
+    auto* const to = reinterpret_cast<__m128i*>(colors + i);
+    _mm_storeu_si128(to, _mm_unpacklo_epi8(_mm_setzero_si128(), four));
+    _mm_storeu_si128(to + 1, _mm_unpackhi_epi8(_mm_setzero_si128(), four));
+  }
+  return i;
+}
+
 #else
 
 constexpr bool blocks = false;
+
+size_t widen_blocks(const uint32_t*, size_t, FineColor*) {
+  return 0;
+}
 
 template <bool is_one, bool is_covered>
 size_t blend_blocks(uint32_t*, size_t, const FineColor*, const uint8_t*) {
@@ -146,36 +175,27 @@ void blend(uint32_t* pixels, size_t count, const FineColor* colors, const uint8_
     pixels[i] = blended(pixels[i], colors[is_one ? 0 : i], is_covered ? uncovered(coverage[i]) : 0);
 }
 
-uint16_t fine(double value) {
-  return static_cast<uint16_t>(value * FineColor::full + 0.5);  // NOLINT(bugprone-incorrect-roundings)
+void widen(const uint32_t* pixels, size_t count, FineColor* colors) {
+  for (size_t i = widen_blocks(pixels, count, colors); i < count; ++i) {
+    for (uint32_t k = 0; k < 4; ++k)
+      colors[i].channel[k] = static_cast<uint16_t>(pixels[i] >> (8 * k) << 8);
+  }
 }
 
-/// Parts of the rows of the area in turn, with what both coverages leave of them: `work(y, x0, x1,
-/// coverage)`, where the coverage begins at x0 and is null for all.
-template <typename Work>
-void for_rows(PixelBounds area, const Coverage& shape, const Coverage& clip, const Work& work) {
-  area = intersection(area, intersection(shape.bounds, clip.bounds));
-  if (area.empty())
-    return;
-  const auto width = static_cast<size_t>(area.width());
-  std::vector<uint8_t> both;
-  for (int y = area.y0; y < area.y1; ++y) {
-    if (!shape.bytes && !clip.bytes) {
-      work(y, area.x0, area.x1, nullptr);
-      continue;
-    }
-    const uint8_t* const row = (shape.bytes ? shape : clip).at(area.x0, y);
-    for_covered(row, width, [&](const uint8_t* first, const uint8_t* last) {
-      const int x0 = area.x0 + static_cast<int>(first - row);
-      const int x1 = area.x0 + static_cast<int>(last - row);
-      if (shape.bytes && clip.bytes) {
-        both.assign(first, last);
-        multiply(both.data(), clip.at(x0, y), both.size());
-        first = both.data();
-      }
-      work(y, x0, x1, first);
-    });
+void fill(uint32_t* pixels, size_t count, uint32_t pixel) {
+  // So many at a time fill registers.
+  constexpr size_t block = 16;
+  size_t i = 0;
+  for (; i + block <= count; i += block) {
+    for (size_t k = 0; k < block; ++k)
+      pixels[i + k] = pixel;
   }
+  for (; i < count; ++i)
+    pixels[i] = pixel;
+}
+
+uint16_t fine(double value) {
+  return static_cast<uint16_t>(value * FineColor::full + 0.5);  // NOLINT(bugprone-incorrect-roundings)
 }
 
 }  // namespace
@@ -185,34 +205,25 @@ FineColor fine_color(const Rgba& color, double alpha) {
   return {{fine(color.blue * a), fine(color.green * a), fine(color.red * a), fine(a)}};
 }
 
+FineColor faded(FineColor color, double alpha) {
+  for (uint16_t& channel : color.channel)
+    channel = static_cast<uint16_t>(std::lround(channel * alpha));
+  return color;
+}
+
 PictureSource::PictureSource(const PixelView& pixels, double alpha)
     : pixels_(pixels), transparency_(static_cast<uint32_t>(std::lround((1 - alpha) * whole))) {}
 
 Colors PictureSource::row(int y, int x0, int x1) {
   const auto count = static_cast<size_t>(x1 - x0);
   colors_.resize(std::max(colors_.size(), count));
-  // Channels of pixels and of colours come in the same order.
-  const auto* from = reinterpret_cast<const uint8_t*>(pixels_.at(x0, y));
-  auto* to = reinterpret_cast<uint16_t*>(colors_.data());
-  for (size_t i = 0; i < 4 * count; ++i)
-    to[i] = static_cast<uint16_t>(from[i] << 8);
+  widen(pixels_.at(x0, y), count, colors_.data());
   if (transparency_ > 0) {
+    auto* const to = reinterpret_cast<uint16_t*>(colors_.data());
     for (size_t i = 0; i < 4 * count; ++i)
       to[i] = static_cast<uint16_t>(to[i] - scaled(to[i], transparency_));
   }
   return {colors_.data(), false};
-}
-
-Coverage coloured(const PixelView& pixels, const PixelBounds& area) {
-  const auto width = static_cast<size_t>(area.width());
-  std::vector<uint8_t> bytes(width * static_cast<size_t>(area.height()));
-  uint8_t* to = bytes.data();
-  for (int y = area.y0; y < area.y1; ++y, to += width) {
-    const uint32_t* row = pixels.at(area.x0, y);
-    for (size_t i = 0; i < width; ++i)
-      to[i] = row[i] != 0 ? 255 : 0;
-  }
-  return byte_coverage(area, std::move(bytes));
 }
 
 void blend_row(uint32_t* pixels, size_t count, const Colors& colors, const uint8_t* coverage) {
@@ -226,7 +237,7 @@ void blend_row(uint32_t* pixels, size_t count, const Colors& colors, const uint8
   } else if (coverage) {
     blend<true, true>(pixels, count, colors.first, coverage);
   } else if (colors.first->is_opaque()) {
-    std::fill_n(pixels, count, colors.first->pixel());
+    fill(pixels, count, colors.first->pixel());
   } else {
     blend<true, false>(pixels, count, colors.first, nullptr);
   }
@@ -243,15 +254,31 @@ void clear_row(uint32_t* pixels, size_t count, const uint8_t* coverage) {
 }
 
 void paint(const PixelView& pixels, const Coverage& shape, const Coverage& clip, Source& source) {
-  for_rows(pixels.bounds, shape, clip, [&](int y, int x0, int x1, const uint8_t* coverage) {
-    blend_row(pixels.at(x0, y), static_cast<size_t>(x1 - x0), source.row(y, x0, x1), coverage);
-  });
+  CoveredRows rows(shape, clip, pixels.bounds);
+  for (int y = rows.bounds().y0; y < rows.bounds().y1; ++y) {
+    const std::span<const CoveredPart> parts = rows.row(y);
+    for (size_t first = 0; first < parts.size();) {
+      // Parts side by side get their colours together.
+      size_t last = first;
+      while (last + 1 < parts.size() && parts[last + 1].x0 == parts[last].x1)
+        ++last;
+      const int x0 = parts[first].x0;
+      const Colors colors = source.row(y, x0, parts[last].x1);
+      for (; first <= last; ++first) {
+        const CoveredPart& part = parts[first];
+        blend_row(pixels.at(part.x0, y), static_cast<size_t>(part.x1 - part.x0), colors.from(part.x0 - x0),
+                  part.coverage);
+      }
+    }
+  }
 }
 
 void clear(const PixelView& pixels, const Coverage& shape, const Coverage& clip) {
-  for_rows(pixels.bounds, shape, clip, [&](int y, int x0, int x1, const uint8_t* coverage) {
-    clear_row(pixels.at(x0, y), static_cast<size_t>(x1 - x0), coverage);
-  });
+  CoveredRows rows(shape, clip, pixels.bounds);
+  for (int y = rows.bounds().y0; y < rows.bounds().y1; ++y) {
+    for (const CoveredPart& part : rows.row(y))
+      clear_row(pixels.at(part.x0, y), static_cast<size_t>(part.x1 - part.x0), part.coverage);
+  }
 }
 
 }  // namespace cocoa

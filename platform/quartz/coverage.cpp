@@ -1,140 +1,90 @@
 #include "quartz/private/coverage.h"
 
 #include <algorithm>
-#include <array>
+#include <atomic>
 #include <bit>
+#include <cstring>
+#include <utility>
 
 namespace cocoa {
 
 namespace {
 
-/// Beyond this many pixels a shape is not kept: what is drawn often is smaller.
-constexpr int64_t most_pixels = 1 << 17;
-
-uint64_t hash_of(const Polygon& polygon) {
-  uint64_t hash = polygon.ends().size();
-  for (const GridPoint& p : polygon.points())
-    hash = (std::rotl(hash, 23) ^ std::bit_cast<uint64_t>(p)) * 0x9E3779B97F4A7C15U;
+uint64_t hash_of(const CoverageCache::Key& key) {
+  uint64_t hash = key.size();
+  for (const double v : key)
+    hash = (std::rotl(hash, 23) ^ std::bit_cast<uint64_t>(v)) * 0x9E3779B97F4A7C15U;
   return hash;
 }
 
-Coverage moved(Coverage coverage, int dx, int dy) {
-  const auto by = [=](PixelBounds b) { return PixelBounds{b.x0 + dx, b.y0 + dy, b.x1 + dx, b.y1 + dy}; };
-  return {by(coverage.bounds), std::move(coverage.bytes), by(coverage.stored)};
-}
-
 }  // namespace
 
+uint64_t next_serial() {
+  static std::atomic<uint64_t> last{0};
+  return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+size_t CoverageRows::bytes() const {
+  return sizeof *this + runs_.capacity() * sizeof(Run) + ends_.capacity() * sizeof(size_t) +
+         bytes_.capacity();
+}
+
+Coverage row_coverage(CoverageRows rows, int x, int y) {
+  const PixelBounds bounds = rows.bounds();
+  return moved({bounds, std::make_shared<const CoverageRows>(std::move(rows)), 0, 0}, x, y);
+}
+
+Coverage byte_coverage(PixelBounds bounds, const uint8_t* bytes) {
+  CoverageRows rows;
+  for (int y = bounds.y0; y < bounds.y1; ++y, bytes += bounds.width())
+    rows.add_row(bytes, bounds.width());
+  return row_coverage(std::move(rows), bounds.x0, bounds.y0);
+}
+
+Coverage moved(Coverage coverage, int dx, int dy) {
+  return {moved_by(coverage.bounds, dx, dy), std::move(coverage.rows), coverage.x + dx, coverage.y + dy};
+}
+
 Coverage intersection(const Coverage& a, const Coverage& b) {
-  const PixelBounds bounds = intersection(a.bounds, b.bounds);
+  CoveredRows both(a, b);
+  const PixelBounds& bounds = both.bounds();
   if (bounds.empty())
     return box_coverage({});
-  if (!a.bytes || !b.bytes) {
-    const Coverage& with_bytes = a.bytes ? a : b;
-    return {bounds, with_bytes.bytes, with_bytes.stored};
+  if (!a.rows || !b.rows) {
+    const Coverage& with_rows = a.rows ? a : b;
+    return {bounds, with_rows.rows, with_rows.x, with_rows.y};
   }
-  const auto width = static_cast<size_t>(bounds.width());
-  std::vector<uint8_t> bytes(width * static_cast<size_t>(bounds.height()));
-  uint8_t* row = bytes.data();
-  for (int y = bounds.y0; y < bounds.y1; ++y, row += width) {
-    std::copy_n(a.at(bounds.x0, y), width, row);
-    multiply(row, b.at(bounds.x0, y), width);
+  CoverageRows rows;
+  for (int y = bounds.y0; y < bounds.y1; ++y) {
+    for (const CoveredPart& part : both.row(y))
+      rows.add_run(part.x0 - bounds.x0, part.x1 - bounds.x0, part.coverage);
+    rows.end_row();
   }
-  return byte_coverage(bounds, std::move(bytes));
+  return row_coverage(std::move(rows), bounds.x0, bounds.y0);
 }
 
-void multiply(uint8_t* coverage, const uint8_t* by, size_t count) {
-  for (size_t i = 0; i < count; ++i) {
-    const auto product = static_cast<uint16_t>(coverage[i] * by[i] + 128);
-    coverage[i] = static_cast<uint8_t>((product + (product >> 8)) >> 8);
+const Coverage* CoverageCache::find(const Key& key) {
+  const uint64_t hash = hash_of(key);
+  for (Entry& entry : entries_) {
+    if (entry.hash == hash && entry.key == key) {
+      entry.last_use = ++uses_;
+      return &entry.coverage;
+    }
   }
-}
-
-const uint8_t* first_covered(const uint8_t* coverage, const uint8_t* last) {
-  std::array<uint64_t, 4> words{};
-  for (; last - coverage >= ptrdiff_t{sizeof words}; coverage += sizeof words) {
-    std::memcpy(words.data(), coverage, sizeof words);
-    if ((words[0] | words[1] | words[2] | words[3]) != 0)
-      break;
-  }
-  uint64_t word = 0;
-  for (; last - coverage >= ptrdiff_t{sizeof word}; coverage += sizeof word) {
-    std::memcpy(&word, coverage, sizeof word);
-    if (word != 0)
-      break;
-  }
-  return std::find_if(coverage, last, [](uint8_t v) { return v != 0; });
+  return nullptr;
 }
 
 size_t CoverageCache::Entry::bytes() const {
-  return sizeof(Entry) + coverage.bytes->size() + shape.points().size() * sizeof(GridPoint);
+  return sizeof(Entry) + key.size() * sizeof(double) + (coverage.rows ? coverage.rows->bytes() : 0);
 }
 
-Coverage CoverageCache::find(Polygon& polygon, FillRule rule, bool smooth, PixelBounds needed) {
-  const PixelBounds bounds = polygon.bounds();
-  if (polygon.empty() || intersection(bounds, needed).empty())
-    return box_coverage({});
-  if (polygon.is_whole_pixels())
-    return box_coverage(bounds);
-  // Wherever the shape is, the same numbers give the same coverage.
-  const int x = bounds.x0;
-  const int y = bounds.y0;
-  polygon.move(-x, -y);
-  const PixelBounds shape{0, 0, bounds.width(), bounds.height()};
-  if (int64_t{shape.width()} * shape.height() > most_pixels) {
-    const PixelBounds area{needed.x0 - x, needed.y0 - y, needed.x1 - x, needed.y1 - y};
-    return moved(make(polygon, rule, smooth, intersection(shape, area)), x, y);
-  }
-  const uint64_t hash = hash_of(polygon);
-  const auto known = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-    return entry.hash == hash && entry.rule == rule && entry.smooth == smooth && entry.shape == polygon;
-  });
-  if (known != entries_.end()) {
-    known->last_use = ++uses_;
-    return moved(known->coverage, x, y);
-  }
-  Entry entry{hash, polygon, rule, smooth, make(polygon, rule, smooth, shape), ++uses_};
+void CoverageCache::keep(const Key& key, const Coverage& coverage) {
+  Entry entry{hash_of(key), key, coverage, ++uses_};
+  if (entry.bytes() > most_bytes / 4)
+    return;
   make_room(entry.bytes());
   bytes_ += entry.bytes();
-  return moved(entries_.emplace_back(std::move(entry)).coverage, x, y);
-}
-
-namespace {
-
-/// Cuts off what is not covered around the rest.
-void trim(Coverage& coverage) {
-  const PixelBounds all = coverage.bounds;
-  PixelBounds covered{all.x1, all.y1, all.x0, all.y0};
-  for (int y = all.y0; y < all.y1; ++y) {
-    const uint8_t* row = coverage.at(all.x0, y);
-    const uint8_t* last = row + all.width();
-    // Only what widens the box matters of a row.
-    const uint8_t* left = first_covered(row, last);
-    if (left == last)
-      continue;
-    while (last[-1] == 0)
-      --last;
-    covered.x0 = std::min(covered.x0, all.x0 + static_cast<int>(left - row));
-    covered.x1 = std::max(covered.x1, all.x0 + static_cast<int>(last - row));
-    covered.y0 = std::min(covered.y0, y);
-    covered.y1 = y + 1;
-  }
-  coverage.bounds = covered.empty() ? PixelBounds{} : covered;
-}
-
-}  // namespace
-
-Coverage CoverageCache::make(const Polygon& polygon, FillRule rule, bool smooth, PixelBounds area) {
-  const auto width = static_cast<size_t>(area.width());
-  std::vector<uint8_t> bytes(width * static_cast<size_t>(area.height()));
-  rasterizer_.draw(polygon, rule, area, bytes.data(), width);
-  if (!smooth) {
-    for (uint8_t& byte : bytes)
-      byte = byte < 128 ? 0 : 255;
-  }
-  Coverage coverage = byte_coverage(area, std::move(bytes));
-  trim(coverage);
-  return coverage;
+  entries_.push_back(std::move(entry));
 }
 
 void CoverageCache::make_room(size_t bytes) {

@@ -227,6 +227,37 @@ bool PathData::is_box() const {
   return sideways || upright;
 }
 
+bool PathData::is_whole_pixels() const {
+  return is_box() && std::all_of(points_.begin(), points_.end(), [](const DevicePoint& p) {
+           constexpr double near = 1.0 / 512;
+           return std::abs(p.x - std::round(p.x)) <= near && std::abs(p.y - std::round(p.y)) <= near;
+         });
+}
+
+DevicePoint PathData::place(const PathData& path) {
+  DevicePoint origin = path.points_.front();
+  const bool is_far = std::max(std::abs(origin.x), std::abs(origin.y)) > max_coordinate / 2;
+  origin = is_far ? DevicePoint{} : DevicePoint{std::floor(origin.x), std::floor(origin.y)};
+  const auto placed = [](double v, double from) {
+    constexpr double steps = 65536;
+    // What is added leaves no room for a fraction: the library's rounding is slow.
+    constexpr double whole = 0x1.8p52;
+    return (std::clamp(v, -max_coordinate, max_coordinate) * steps + whole - whole) / steps - from;
+  };
+  verbs_ = path.verbs_;
+  points_.clear();
+  for (const DevicePoint& p : path.points_)
+    points_.push_back({placed(p.x, origin.x), placed(p.y, origin.y)});
+  return origin;
+}
+
+void PathData::add_to(std::vector<double>& key) const {
+  for (const Verb verb : verbs_)
+    key.push_back(static_cast<double>(verb));
+  for (const DevicePoint& p : points_)
+    key.insert(key.end(), {p.x, p.y});
+}
+
 namespace {
 
 /// In equal steps: of as many that none of the lines is further from the curve than the tolerance.

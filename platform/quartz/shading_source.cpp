@@ -7,22 +7,16 @@ namespace cocoa {
 
 namespace {
 
-constexpr int table_steps = 8192;
 constexpr FineColor nothing{};
 /// How far beyond an end a pixel's centre may lie that counts as on it: the end then cuts the pixel, or,
 /// where it is slanted, nearly so. What lies in the next pixel after rounding does not count.
 constexpr double less_than_half_a_pixel = 0.5 - 1.0 / 256;
 
-/// Of a number that is not negative: the library's rounding, which minds signs and modes, is too slow here.
-uint32_t rounded(double value) {
-  return static_cast<uint32_t>(value + 0.5);  // NOLINT(bugprone-incorrect-roundings)
-}
-
 }  // namespace
 
 ShadingSource::ShadingSource(const CGShading& shading, const Matrix& to_device, double alpha,
-                             PixelBounds area, ShadingTable& table)
-    : shading_(shading), alpha_(alpha), table_(table), painted_(area) {
+                             PixelBounds area)
+    : shading_(shading), to_device_(to_device), alpha_(alpha), painted_(area) {
   const auto to_user = inverse(to_device);
   if (!to_user)
     return;
@@ -32,10 +26,17 @@ ShadingSource::ShadingSource(const CGShading& shading, const Matrix& to_device, 
   } else {
     prepare_axial();
   }
-  if (kind_ == Kind::axial || kind_ == Kind::rings || kind_ == Kind::radial) {
-    table_.colors.resize(table_steps + 1);
-    table_.known.assign(table_steps + 1, 0);
+  const bool has_table = kind_ == Kind::axial || kind_ == Kind::rings || kind_ == Kind::radial;
+  if (has_table && (shading.table.empty() || shading.table_alpha != alpha)) {
+    shading.table.assign(table_steps + 1, unknown_color);
+    shading.table_alpha = alpha;
   }
+}
+
+bool ShadingSource::add_alpha_to(CoverageCache::Key& key) const {
+  const Matrix& m = to_device_;
+  key.insert(key.end(), {static_cast<double>(shading_.serial), alpha_, m.xx, m.yx, m.xy, m.yy, m.x0, m.y0});
+  return true;
 }
 
 void ShadingSource::prepare_axial() {
@@ -56,9 +57,6 @@ void ShadingSource::prepare_axial() {
     kind_ = Kind::by_row;
   } else if (std::abs(slope_y_) < negligible) {
     kind_ = Kind::by_column;
-    first_ = area.x0;
-    // A pixel that an end cuts is painted whole, in the colour of the end.
-    prepare_line(first_ + 0.5, area.width(), std::abs(slope_x_) * less_than_half_a_pixel);
     prepare_columns();
   } else if (std::abs(std::abs(slope_x_) - std::abs(slope_y_)) < negligible) {
     kind_ = Kind::by_diagonal;
@@ -104,12 +102,24 @@ FineColor ShadingSource::color_or_nothing(double t, double beyond) const {
 }
 
 void ShadingSource::prepare_line(double first, int count, double beyond) {
-  colors_.reserve(static_cast<size_t>(count));
+  colors_.resize(static_cast<size_t>(count));
   for (int i = 0; i < count; ++i)
-    colors_.push_back(color_or_nothing((first + i) * slope_x_ + offset_, beyond));
+    colors_[static_cast<size_t>(i)] = color_or_nothing((first + i) * slope_x_ + offset_, beyond);
 }
 
 void ShadingSource::prepare_columns() {
+  // A pixel that an end cuts is painted whole, in the colour of the end.
+  const double beyond = std::abs(slope_x_) * less_than_half_a_pixel;
+  const bool runs_left = slope_x_ < 0;
+  const double start = (-beyond - offset_) / slope_x_;
+  const double end = (1 + beyond - offset_) / slope_x_;
+  // And one more on each side for the rounding of these.
+  if (!(runs_left ? shading_.extend_end : shading_.extend_start))
+    painted_.x0 = std::max(painted_.x0, floor_pixel(runs_left ? end : start) - 1);
+  if (!(runs_left ? shading_.extend_start : shading_.extend_end))
+    painted_.x1 = std::min(painted_.x1, ceil_pixel(runs_left ? start : end) + 1);
+  first_ = painted_.x0;
+  prepare_line(first_ + 0.5, std::max(painted_.width(), 0), beyond);
   const auto is_painted = [](const FineColor& c) { return !c.is_nothing(); };
   const auto first = std::find_if(colors_.begin(), colors_.end(), is_painted);
   if (first == colors_.end()) {
@@ -122,33 +132,9 @@ void ShadingSource::prepare_columns() {
   painted_.x1 = first_ + static_cast<int>(last - colors_.begin());
   if (!std::all_of(first, last, [](const FineColor& c) { return c.is_opaque(); }))
     return;
-  pixels_.reserve(colors_.size());
-  for (const FineColor& c : colors_)
-    pixels_.push_back(c.pixel());
-}
-
-void ShadingSource::add_to_table(size_t i) {
-  table_.colors[i] = color(static_cast<double>(i) / table_steps);
-  table_.known[i] = 1;
-}
-
-inline const FineColor& ShadingSource::table_color(double t) {
-  const auto i = size_t{rounded(t * table_steps)};
-  if (!table_.known[i])
-    add_to_table(i);
-  return table_.colors[i];
-}
-
-template <typename Outside>
-void ShadingSource::color_places(const Outside& outside) {
-  const double* const places = places_.data();
-  FineColor* const colors = colors_.data();
-  const size_t count = places_.size();
-  for (size_t i = 0; i < count; ++i) {
-    double t = places[i];
-    const bool is_painted = (t >= 0 && t <= 1) || outside(static_cast<int>(i), t);
-    colors[i] = is_painted ? table_color(t) : nothing;
-  }
+  pixels_.resize(colors_.size());
+  std::transform(colors_.begin(), colors_.end(), pixels_.begin(),
+                 [](const FineColor& c) { return c.pixel(); });
 }
 
 bool ShadingSource::radial_place(double x, double y, double& t) const {
@@ -174,6 +160,14 @@ bool ShadingSource::radial_place(double x, double y, double& t) const {
   return shows(greater) || shows(lesser) || (a_ < 0 && is_at_an_end(px, py, t));
 }
 
+bool ShadingSource::is_painted(int x, int y, double& t) const {
+  if (place(t))
+    return true;
+  const DevicePoint p = to_user_.apply(x + 0.5, y + 0.5);
+  return kind_ == Kind::rings && is_at_an_end(p.x - static_cast<double>(shading_.start.x),
+                                              p.y - static_cast<double>(shading_.start.y), t);
+}
+
 /// Of one circle within the other: beyond an end by less than half a pixel. A clip along the circle would
 /// otherwise be left bare where it covers less than half of a pixel, whose centre then lies outside.
 bool ShadingSource::is_at_an_end(double px, double py, double& t) const {
@@ -191,35 +185,6 @@ bool ShadingSource::is_at_an_end(double px, double py, double& t) const {
   return shading_.end_radius > 0 && is_near(px - dx_, py - dy_, shading_.end_radius);
 }
 
-void ShadingSource::fill_axial(int y, int x0, int x1) {
-  const double start = slope_y_ * (y + 0.5) + offset_;
-  for (int x = x0; x < x1; ++x)
-    places_[static_cast<size_t>(x - x0)] = slope_x_ * (x + 0.5) + start;
-  color_places([this](int, double& t) { return place(t); });
-}
-
-/// Circles around one centre: the place is that of the one through the point.
-void ShadingSource::fill_rings(int y, int x0, int x1) {
-  const Matrix to_user = to_user_;
-  const auto center_x = static_cast<double>(shading_.start.x);
-  const auto center_y = static_cast<double>(shading_.start.y);
-  const auto from_center = [&](int x) {
-    const DevicePoint p = to_user.apply(x + 0.5, y + 0.5);
-    return DevicePoint{p.x - center_x, p.y - center_y};
-  };
-  const double r0 = shading_.start_radius;
-  const double dr = dr_;
-  double* const places = places_.data();
-  for (int i = 0; i < x1 - x0; ++i) {
-    const DevicePoint p = from_center(x0 + i);
-    places[i] = (std::sqrt(p.x * p.x + p.y * p.y) - r0) / dr;
-  }
-  color_places([&](int i, double& t) {
-    const DevicePoint p = from_center(x0 + i);
-    return place(t) || is_at_an_end(p.x, p.y, t);
-  });
-}
-
 void ShadingSource::fill_radial(int y, int x0, int x1) {
   for (int x = x0; x < x1; ++x) {
     const DevicePoint p = to_user_.apply(x + 0.5, y + 0.5);
@@ -232,21 +197,6 @@ FineColor ShadingSource::row_color(int y) const {
   return color_or_nothing((y + 0.5) * slope_y_ + offset_, std::abs(slope_y_) * less_than_half_a_pixel);
 }
 
-Colors ShadingSource::evaluated_row(int y, int x0, int x1) {
-  KeptRow* const kept = kept_.empty() ? nullptr : &kept_[static_cast<size_t>(y - painted_.y0)];
-  if (kept && kept->x0 <= x0 && x1 <= kept->x1)
-    return {kept->colors.data() + (x0 - kept->x0), false};
-  const auto count = static_cast<size_t>(x1 - x0);
-  colors_.resize(std::max(colors_.size(), count));
-  places_.resize(count);
-  kind_ == Kind::axial   ? fill_axial(y, x0, x1)
-  : kind_ == Kind::rings ? fill_rings(y, x0, x1)
-                         : fill_radial(y, x0, x1);
-  if (kept)
-    *kept = {x0, x1, {colors_.data(), colors_.data() + count}};
-  return {colors_.data(), false};
-}
-
 Colors ShadingSource::row(int y, int x0, int x1) {
   switch (kind_) {
     case Kind::by_column:
@@ -257,7 +207,11 @@ Colors ShadingSource::row(int y, int x0, int x1) {
     case Kind::axial:
     case Kind::rings:
     case Kind::radial:
-      return evaluated_row(y, x0, x1);
+      colors_.resize(std::max(colors_.size(), static_cast<size_t>(x1 - x0)));
+      kind_ == Kind::axial   ? fill_axial(y, x0, x1)
+      : kind_ == Kind::rings ? fill_rings(y, x0, x1)
+                             : fill_radial(y, x0, x1);
+      return {colors_.data(), false};
     case Kind::nothing:
     case Kind::by_row:
       break;

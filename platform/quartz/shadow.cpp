@@ -8,74 +8,33 @@ namespace cocoa {
 
 namespace {
 
+/// A larger shadow is made for what is seen of it.
+constexpr int64_t most_cast_pixels = 1 << 20;
+
 int reach_of(const ShadowState& shadow) {
   return static_cast<int>(std::ceil(shadow.blur));
 }
 
-PixelBounds moved_by(PixelBounds b, int dx, int dy) {
-  return {b.x0 + dx, b.y0 + dy, b.x1 + dx, b.y1 + dy};
-}
-
-/// The alpha of an object, of 255, on its way to where the shadow falls.
-class CastShape {
- public:
-  /// Empty; objects come to lie in `area` when they are moved by whole pixels.
-  CastShape(PixelBounds area, int dx, int dy)
-      : area_(area),
-        dx_(dx),
-        dy_(dy),
-        bytes_(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height())) {}
-
-  /// Lays the part, as far as the clip leaves it, over what is there.
-  void add(const Part& part, const Coverage& clip) {
-    const Coverage shape = intersection(part.shape, clip);
-    const PixelBounds from = intersection(shape.bounds, moved_by(area_, -dx_, -dy_));
-    if (from.empty())
-      return;
-    for (int y = from.y0; y < from.y1; ++y) {
-      uint8_t* row = bytes_.data() + static_cast<ptrdiff_t>(y + dy_ - area_.y0) * area_.width() +
-                     (from.x0 + dx_ - area_.x0);
-      if (!shape.bytes) {
-        add_row(row, part.source.row(y, from.x0, from.x1), nullptr, from.width());
-        continue;
+/// Lays the alpha of a part, as far as the clip leaves it, over what is in the bytes of the area.
+void add_part(uint8_t* bytes, const PixelBounds& area, const Part& part, const Coverage& clip) {
+  constexpr uint32_t alpha = 3;
+  CoveredRows rows(part.shape, clip, area);
+  for (int y = rows.bounds().y0; y < rows.bounds().y1; ++y) {
+    uint8_t* const row = bytes + static_cast<ptrdiff_t>(y - area.y0) * area.width();
+    for (const CoveredPart& covered : rows.row(y)) {
+      const Colors colors = part.source.row(y, covered.x0, covered.x1);
+      for (int x = covered.x0; x < covered.x1; ++x) {
+        const FineColor& color = colors.first[colors.is_one ? 0 : x - covered.x0];
+        const uint32_t coverage = covered.coverage ? covered.coverage[x - covered.x0] : 255;
+        // In 65280ths, as the colours have it.
+        const uint32_t above = coverage * color.channel[alpha] / 255;
+        uint8_t& sum = row[x - area.x0];
+        const uint32_t below = sum * (FineColor::full - above) / 255;
+        sum = static_cast<uint8_t>((above + below + 128) >> 8);
       }
-      const uint8_t* const coverage = shape.at(from.x0, y);
-      for_covered(
-          coverage, static_cast<size_t>(from.width()), [&](const uint8_t* first, const uint8_t* last) {
-            const auto begin = static_cast<int>(first - coverage);
-            const auto end = static_cast<int>(last - coverage);
-            add_row(row + begin, part.source.row(y, from.x0 + begin, from.x0 + end), first, end - begin);
-          });
     }
   }
-
-  std::vector<uint8_t>& bytes() { return bytes_; }
-
- private:
-  static void add_row(uint8_t* row, const Colors& colors, const uint8_t* coverage, int width) {
-    constexpr uint32_t alpha = 3;
-    if (colors.is_one && colors.first->is_opaque() && !coverage) {
-      std::fill_n(row, width, uint8_t{255});
-      return;
-    }
-    for (int x = 0; x < width; ++x) {
-      if (!colors.is_one && colors.first[x].is_nothing())
-        continue;
-      const uint32_t covered = coverage ? coverage[x] : 255;
-      // In 65280ths, as the colours have it.
-      const uint32_t above = covered * colors.first[colors.is_one ? 0 : x].channel[alpha] / 255;
-      if (above == 0)
-        continue;
-      const uint32_t below = row[x] * (FineColor::full - above) / 255;
-      row[x] = static_cast<uint8_t>((above + below + 128) >> 8);
-    }
-  }
-
-  PixelBounds area_;
-  int dx_;
-  int dy_;
-  std::vector<uint8_t> bytes_;
-};
+}
 
 }  // namespace
 
@@ -94,31 +53,64 @@ PixelBounds CGContext::visible_bounds() const {
   return both.width() <= max_extent && both.height() <= max_extent ? both : clipped;
 }
 
-void CGContext::cast_shadow(std::span<const Part> parts) {
+Coverage CGContext::soft_shadow(std::span<const Part> parts) {
   const ShadowState& shadow = state().shadow;
   PixelBounds extents;
   for (const Part& part : parts)
     extents = union_of(extents, intersection(part.shape.bounds, shadow.casting.bounds));
   const int reach = reach_of(shadow);
   const PixelBounds landing = intersection(shadow.landing.bounds, target().pixels.bounds);
-  const PixelBounds cast = moved(extents, shadow.dx, shadow.dy).grown(reach);
-  const PixelBounds visible = intersection(cast, landing);
+  const PixelBounds visible = intersection(moved(extents, shadow.dx, shadow.dy).grown(reach), landing);
   if (extents.empty() || visible.empty())
-    return;
-  // What lies further from the visible part than blur and rounding reach cannot be seen in it.
-  const PixelBounds area = intersection(cast, visible.grown(reach + 1));
+    return box_coverage({});
   const double dx = std::floor(shadow.dx);
   const double dy = std::floor(shadow.dy);
-  CastShape shape(area, static_cast<int>(dx), static_cast<int>(dy));
-  for (const Part& part : parts)
-    shape.add(part, shadow.casting);
   const Blur blur{shadow.blur, shadow.dx - dx, shadow.dy - dy};
-  const Coverage soft = blur.is_nothing()
-                            ? byte_coverage(area, std::move(shape.bytes()))
-                            : byte_coverage(visible, blurred(shape.bytes(), area, visible, blur));
+  // A shading fills all that can be seen: what casts it is the clip.
+  const Part& first = parts.front();
+  const bool fills_clip =
+      !first.shape.rows && intersection(first.shape.bounds, visible_bounds()) == visible_bounds();
+  const Coverage cast = fills_clip ? shadow.casting : intersection(first.shape, shadow.casting);
+  constexpr double shadow_tag = 8;
+  key_ = {shadow_tag,
+          shadow.blur,
+          shadow.dx,
+          shadow.dy,
+          static_cast<double>(cast.rows ? cast.rows->serial() : 0),
+          static_cast<double>(cast.x),
+          static_cast<double>(cast.y),
+          static_cast<double>(cast.bounds.x0),
+          static_cast<double>(cast.bounds.y0),
+          static_cast<double>(cast.bounds.x1),
+          static_cast<double>(cast.bounds.y1)};
+  const bool may_be_kept = parts.size() == 1 && first.source.add_alpha_to(key_);
+  if (const Coverage* const known = may_be_kept ? coverage_.find(key_) : nullptr)
+    return *known;
+  const bool is_kept = may_be_kept && cast.bounds == extents &&
+                       int64_t{extents.width()} * extents.height() <= most_cast_pixels;
+  // What lies further from the visible part than blur and rounding reach cannot be seen in it.
+  const PixelBounds area =
+      is_kept ? extents : intersection(extents, moved(visible.grown(reach + 1), -shadow.dx, -shadow.dy));
+  std::vector<uint8_t> bytes(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height()));
+  for (const Part& part : parts)
+    add_part(bytes.data(), area, part, shadow.casting);
+  Coverage soft = moved(byte_coverage(area, bytes.data()), static_cast<int>(dx), static_cast<int>(dy));
+  if (!blur.is_nothing())
+    soft = blurred(soft, is_kept ? moved(extents, shadow.dx, shadow.dy).grown(reach) : visible, blur);
+  if (is_kept)
+    coverage_.keep(key_, soft);
+  return soft;
+}
+
+void CGContext::cast_shadow(std::span<const Part> parts) {
+  const ShadowState& shadow = state().shadow;
+  const Coverage soft = soft_shadow(parts);
+  const PixelBounds visible = intersection(soft.bounds, shadow.landing.bounds);
+  if (visible.empty())
+    return;
   PlainSource color(fine_color(shadow.color, 1));
   paint(pixels(), soft, shadow.landing, color);
-  target().painted = union_of(target().painted, visible);
+  target().painted = union_of(target().painted, intersection(visible, target().pixels.bounds));
 }
 
 }  // namespace cocoa

@@ -17,15 +17,6 @@ Matrix text_matrix(const GraphicsState& state, CGRect rect) {
                 -1);
 }
 
-/// Draws a colour through a mask, whose row 0 and column 0 are those device pixels.
-void paint_coverage(CGContext& context, const TextMask& mask, int x, int y, const Rgba& color) {
-  const PixelBounds bounds = moved(mask.bounds, x, y);
-  // The layout keeps the bytes for longer than they are drawn with.
-  const Coverage::Bytes bytes(std::shared_ptr<void>(), &mask.coverage);
-  PlainSource source(context.fine(color));
-  context.draw({bounds, bytes, {bounds.x0, bounds.y0, bounds.x0 + mask.stride, bounds.y1}}, source);
-}
-
 /// Masks beyond this scale are not worth their memory.
 constexpr double max_mask_scale = 16;
 
@@ -42,8 +33,8 @@ bool paint_mask(CGContext& context, TextLayout& layout, size_t lines, const Matr
   const TextMask* mask = stands_upright(m) ? layout.mask(m.xx, m.yy, quarter, lines) : nullptr;
   if (!mask)
     return false;
-  if (!mask->bounds.empty())
-    paint_coverage(context, *mask, x, y, color);
+  PlainSource source(context.fine(color));
+  context.draw(moved(mask->coverage, x, y), source);
   return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace cocoa {
 
@@ -61,12 +62,13 @@ void place_glyphs(std::span<const TextLine> lines, double scale_x, double scale_
 }
 
 /// Where letters touch, each covers its own share of the pixels between them.
-void add_coverage(TextMask& text, const GlyphMask& glyph, const PixelBounds& bounds) {
+void add_coverage(uint8_t* text, const PixelBounds& text_bounds, const GlyphMask& glyph,
+                  const PixelBounds& bounds) {
   const auto width = static_cast<size_t>(bounds.width());
   const uint8_t* from = glyph.coverage.data();
   for (int y = bounds.y0; y < bounds.y1; ++y, from += width) {
-    uint8_t* to = text.coverage.data() + static_cast<ptrdiff_t>(y - text.bounds.y0) * text.stride +
-                  (bounds.x0 - text.bounds.x0);
+    uint8_t* to = text + static_cast<ptrdiff_t>(y - text_bounds.y0) * text_bounds.width() +
+                  (bounds.x0 - text_bounds.x0);
     for (size_t x = 0; x < width; ++x)
       to[x] = static_cast<uint8_t>(std::min(255, to[x] + from[x]));
   }
@@ -87,17 +89,16 @@ bool suits_mask(std::span<const TextLine> lines, double scale_x, double scale_y)
 }
 
 TextMask make_text_mask(std::span<const TextLine> lines, double scale_x, double scale_y, int quarter) {
-  TextMask mask{scale_x, scale_y, quarter, lines.size(), {}, 0, {}};
+  PixelBounds bounds;
   place_glyphs(lines, scale_x, scale_y, quarter, [&](const PlacedGlyph& glyph) {
-    mask.bounds = union_of(mask.bounds, glyph.bounds(glyph.face.mask(glyph.place)));
+    bounds = union_of(bounds, glyph.bounds(glyph.face.mask(glyph.place)));
   });
-  mask.stride = (mask.bounds.width() + 3) / 4 * 4;
-  mask.coverage.resize(static_cast<size_t>(mask.stride) * static_cast<size_t>(mask.bounds.height()));
+  std::vector<uint8_t> bytes(static_cast<size_t>(bounds.width()) * static_cast<size_t>(bounds.height()));
   place_glyphs(lines, scale_x, scale_y, quarter, [&](const PlacedGlyph& glyph) {
     const GlyphMask& ink = glyph.face.mask(glyph.place);
-    add_coverage(mask, ink, glyph.bounds(ink));
+    add_coverage(bytes.data(), bounds, ink, glyph.bounds(ink));
   });
-  return mask;
+  return {scale_x, scale_y, quarter, lines.size(), byte_coverage(bounds, bytes.data())};
 }
 
 }  // namespace cocoa

@@ -149,8 +149,8 @@ TEST(Compositor, ShapeAndClipAreBothRespected) {
   std::vector<uint8_t> bytes(100);
   for (size_t i = 0; i < bytes.size(); ++i)
     bytes[i] = static_cast<uint8_t>(i * 7);
-  const Coverage shape = byte_coverage({0, 0, 10, 10}, bytes);
-  const Coverage clip = byte_coverage({3, 2, 8, 9}, std::vector<uint8_t>(35, 128));
+  const Coverage shape = byte_coverage({0, 0, 10, 10}, bytes.data());
+  const Coverage clip = byte_coverage({3, 2, 8, 9}, std::vector<uint8_t>(35, 128).data());
   PlainSource white(FineColor{{65280, 65280, 65280, 65280}});
   std::vector<uint32_t> target(100, 0);
   paint({target.data(), 10, {0, 0, 10, 10}}, shape, clip, white);

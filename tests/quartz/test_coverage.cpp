@@ -1,118 +1,148 @@
+#include "quartz/private/coverage.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
+#include <random>
 
-#include "quartz/private/coverage.h"
+#include "quartz/private/compositor.h"
 
 namespace cocoa {
 namespace {
 
-constexpr PixelBounds everything{-10000, -10000, 10000, 10000};
-
-Polygon triangle(double x, double y, double size) {
-  Polygon polygon;
-  polygon.add(x, y);
-  polygon.add(x + size, y + size / 3);
-  polygon.add(x + size / 2, y + size);
-  polygon.close();
-  return polygon;
+/// A byte for each pixel of the area.
+std::vector<uint8_t> bytes_of(const Coverage& coverage, PixelBounds area) {
+  std::vector<uint8_t> bytes(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height()));
+  const Coverage all = box_coverage(area);
+  CoveredRows rows(coverage, all);
+  for (int y = rows.bounds().y0; y < rows.bounds().y1; ++y) {
+    int before = area.x0;
+    for (const CoveredPart& part : rows.row(y)) {
+      EXPECT_TRUE(before <= part.x0 && part.x0 < part.x1 && part.x1 <= area.x1);
+      before = part.x1;
+      for (int x = part.x0; x < part.x1; ++x)
+        bytes[static_cast<size_t>((y - area.y0) * area.width() + x - area.x0)] =
+            part.coverage ? part.coverage[x - part.x0] : 255;
+    }
+  }
+  return bytes;
 }
 
-TEST(CoverageCache, KnowsAShapeAgainWhereverItComesInWholePixels) {
-  CoverageCache cache;
-  Polygon first = triangle(2.25, 3.5, 9);
-  Polygon again = triangle(-17.75, 40.5, 9);
-  Polygon between = triangle(2.5, 3.5, 9);
-  const Coverage a = cache.find(first, FillRule::nonzero, true, everything);
-  const Coverage b = cache.find(again, FillRule::nonzero, true, everything);
-  const Coverage c = cache.find(between, FillRule::nonzero, true, everything);
-  EXPECT_EQ(a.bytes, b.bytes);
-  EXPECT_EQ(b.bounds, (PixelBounds{-18, 40, -8, 50}));
-  EXPECT_NE(a.bytes, c.bytes);
+/// Often nothing or all, in stretches as in shapes.
+std::vector<uint8_t> random_bytes(std::mt19937& random, size_t count) {
+  std::vector<uint8_t> bytes;
+  while (bytes.size() < count) {
+    const uint8_t value = random() % 3 == 0 ? 0 : random() % 2 ? 255 : static_cast<uint8_t>(random());
+    bytes.insert(bytes.end(), 1 + random() % 30, value);
+  }
+  bytes.resize(count);
+  return bytes;
 }
 
-TEST(CoverageCache, TellsRulesAndSmoothnessApart) {
-  CoverageCache cache;
-  Coverage found[4];
-  for (int i = 0; i < 4; ++i) {
-    Polygon polygon = triangle(0.5, 0.5, 9);
-    found[i] = cache.find(polygon, i % 2 ? FillRule::even_odd : FillRule::nonzero, i < 2, everything);
+TEST(CoverageRows, HoldAllThatIsCoveredAndNoLongGaps) {
+  for (int length = 1; length < 100; ++length) {
+    for (int distance = 1; distance < 40; distance += 3) {
+      std::vector<uint8_t> bytes(static_cast<size_t>(length));
+      for (int i = length % 7; i < length; i += distance)
+        bytes[static_cast<size_t>(i)] = 1;
+      CoverageRows rows;
+      rows.add_row(bytes.data(), length);
+      std::vector<uint8_t> found(bytes.size());
+      for (const CoverageRows::Run& run : rows.row(0)) {
+        ASSERT_TRUE(run.x0 < run.x1 && run.x1 <= length && rows.bytes_of(run));
+        std::copy_n(rows.bytes_of(run), run.x1 - run.x0, found.begin() + run.x0);
+        constexpr std::array<uint8_t, 16> gap{};
+        const uint8_t* const last = rows.bytes_of(run) + (run.x1 - run.x0);
+        EXPECT_EQ(std::search(rows.bytes_of(run), last, gap.begin(), gap.end()), last);
+      }
+      ASSERT_EQ(found, bytes) << length << " " << distance;
+    }
   }
-  for (int i = 0; i < 4; ++i) {
-    for (int k = 0; k < i; ++k)
-      EXPECT_NE(found[i].bytes, found[k].bytes);
+}
+
+TEST(CoverageRows, OfABodyTakeBytesAtItsEdgesOnly) {
+  std::vector<uint8_t> bytes(1000, 255);
+  bytes.front() = bytes.back() = 77;
+  CoverageRows rows;
+  for (int y = 0; y < 100; ++y)
+    rows.add_row(bytes.data(), 1000);
+  EXPECT_LT(rows.bytes(), 20000U);
+}
+
+TEST(Coverage, OfBytesIsThemAndItsBoundsHoldWhatIsCoveredOnly) {
+  std::mt19937 random(31);
+  const PixelBounds area{-7, 5, 61, 9};
+  std::vector<uint8_t> bytes = random_bytes(random, 68 * 4);
+  EXPECT_EQ(bytes_of(byte_coverage(area, bytes.data()), area), bytes);
+  std::fill(bytes.begin(), bytes.end(), uint8_t{0});
+  EXPECT_TRUE(byte_coverage(area, bytes.data()).bounds.empty());
+  bytes[68 + 10] = bytes[2 * 68 + 30] = 1;
+  EXPECT_EQ(byte_coverage(area, bytes.data()).bounds, (PixelBounds{3, 6, 24, 8}));
+}
+
+TEST(Coverage, IntersectionsMultiply) {
+  std::mt19937 random(32);
+  const PixelBounds area{0, 0, 90, 6};
+  for (int i = 0; i < 50; ++i) {
+    const PixelBounds a_bounds{3, 1, 83, 6};
+    const PixelBounds b_bounds{10, 0, 90, 5};
+    const Coverage a = byte_coverage(a_bounds, random_bytes(random, 80 * 5).data());
+    const Coverage b = byte_coverage(b_bounds, random_bytes(random, 80 * 5).data());
+    std::vector<uint8_t> expected = bytes_of(a, area);
+    multiply(expected.data(), bytes_of(b, area).data(), expected.size());
+    ASSERT_EQ(bytes_of(intersection(a, b), area), expected);
+    // The same as where it is drawn.
+    std::vector<uint32_t> pixels(expected.size());
+    PlainSource white(FineColor{{65280, 65280, 65280, 65280}});
+    paint({pixels.data(), 90, area}, a, b, white);
+    for (size_t k = 0; k < pixels.size(); ++k)
+      ASSERT_EQ(pixels[k] >> 24, expected[k]) << k;
   }
-  for (const uint8_t byte : *found[2].bytes)
-    EXPECT_TRUE(byte == 0 || byte == 255);
+}
+
+TEST(Coverage, IsCutByBoxesAndMovedWithoutCopies) {
+  const Coverage a = byte_coverage({0, 0, 4, 4}, std::vector<uint8_t>(16, 128).data());
+  const Coverage cut = intersection(a, moved(box_coverage({0, 0, 8, 1}), 1, 1));
+  EXPECT_EQ(cut.bounds, (PixelBounds{1, 1, 4, 2}));
+  EXPECT_EQ(cut.rows, a.rows);
+  EXPECT_TRUE(intersection(a, box_coverage({7, 7, 9, 9})).bounds.empty());
+  const Coverage away = moved(cut, -10, 5);
+  EXPECT_EQ(away.rows, a.rows);
+  EXPECT_EQ(bytes_of(away, {-10, 6, -5, 7}), (std::vector<uint8_t>{0, 128, 128, 128, 0}));
 }
 
 TEST(CoverageCache, ForgetsWhatWasNotUsedForLongest) {
   CoverageCache cache;
-  const auto find = [&cache](double size) {
-    Polygon polygon = triangle(0.5, 0.5, size);
-    return cache.find(polygon, FillRule::nonzero, true, everything).bytes;
-  };
-  const auto kept = find(100);
-  const auto forgotten = find(101);
-  // Each takes more than 40 KB.
-  for (int i = 0; i < 20; ++i) {
-    find(210 + i);
-    EXPECT_EQ(find(100), kept) << i;
+  const std::vector<uint8_t> bytes(40000, 1);
+  const auto make = [&](double key) { cache.keep({key}, byte_coverage({0, 0, 200, 200}, bytes.data())); };
+  make(1);
+  make(2);
+  const auto kept = cache.find({1})->rows;
+  for (int i = 3; i < 40; ++i) {
+    make(i);
+    ASSERT_NE(cache.find({1}), nullptr) << i;
+    EXPECT_EQ(cache.find({1})->rows, kept);
   }
-  EXPECT_NE(find(101), forgotten);
+  EXPECT_EQ(cache.find({2}), nullptr);
+  size_t known = 0;
+  for (int i = 1; i < 40; ++i)
+    known += cache.find({static_cast<double>(i)}) ? 1 : 0;
+  EXPECT_LE(known * bytes.size(), CoverageCache::most_bytes);
+  EXPECT_GE(known, 5U);
 }
 
-TEST(CoverageCache, OfALargeShapeCoversWhatIsNeeded) {
+TEST(CoverageCache, TellsKeysApartAndDoesNotKeepTheLargest) {
   CoverageCache cache;
-  Polygon polygon = triangle(-5000.5, -5000.5, 9000);
-  const Coverage part = cache.find(polygon, FillRule::nonzero, true, {0, 0, 20, 10});
-  EXPECT_EQ(part.bounds, (PixelBounds{0, 0, 20, 10}));
-  EXPECT_EQ(part.bytes->size(), 200U);
-}
-
-TEST(CoverageCache, WholePixelsNeedNoBytes) {
-  CoverageCache cache;
-  Polygon box;
-  for (const auto& [x, y] : {std::pair{3, 4}, {3, 9}, {12, 9}, {12, 4}})
-    box.add(x, y);
-  box.close();
-  const Coverage coverage = cache.find(box, FillRule::even_odd, true, everything);
-  EXPECT_EQ(coverage.bounds, (PixelBounds{3, 4, 12, 9}));
-  EXPECT_EQ(coverage.bytes, nullptr);
-}
-
-TEST(Coverage, IntersectionsMultiply) {
-  const Coverage a = byte_coverage({0, 0, 4, 4}, std::vector<uint8_t>(16, 128));
-  const Coverage b = byte_coverage({2, 1, 6, 3}, std::vector<uint8_t>(8, 64));
-  const Coverage both = intersection(a, b);
-  EXPECT_EQ(both.bounds, (PixelBounds{2, 1, 4, 3}));
-  EXPECT_EQ(*both.at(3, 2), 32);
-  const Coverage cut = intersection(a, box_coverage({1, 1, 9, 2}));
-  EXPECT_EQ(cut.bounds, (PixelBounds{1, 1, 4, 2}));
-  EXPECT_EQ(cut.bytes, a.bytes);
-  EXPECT_TRUE(intersection(a, box_coverage({7, 7, 9, 9})).bounds.empty());
-}
-
-TEST(Coverage, PartsHoldAllThatIsCoveredAndNoLongGaps) {
-  for (size_t length = 1; length < 100; ++length) {
-    for (size_t distance = 1; distance < 40; distance += 3) {
-      std::vector<uint8_t> bytes(length);
-      for (size_t i = length % 7; i < length; i += distance)
-        bytes[i] = 1;
-      std::vector<uint8_t> found(length);
-      const uint8_t* before = bytes.data();
-      for_covered(bytes.data(), length, [&](const uint8_t* first, const uint8_t* last) {
-        ASSERT_TRUE(before <= first && first < last && last <= bytes.data() + length);
-        ASSERT_TRUE(*first != 0 && last[-1] != 0);
-        std::copy(first, last, found.begin() + (first - bytes.data()));
-        constexpr std::array<uint8_t, 16> gap{};
-        EXPECT_EQ(std::search(first, last, gap.begin(), gap.end()), last);
-        before = last;
-      });
-      ASSERT_EQ(found, bytes) << length << " " << distance;
-    }
-  }
+  cache.keep({1, 2}, box_coverage({0, 0, 1, 1}));
+  EXPECT_NE(cache.find({1, 2}), nullptr);
+  EXPECT_EQ(cache.find({2, 1}), nullptr);
+  EXPECT_EQ(cache.find({1}), nullptr);
+  EXPECT_EQ(cache.find({1, 2, 0}), nullptr);
+  const std::vector<uint8_t> bytes(CoverageCache::most_bytes, 1);
+  cache.keep({3}, byte_coverage({0, 0, 512, 1024}, bytes.data()));
+  EXPECT_EQ(cache.find({3}), nullptr);
+  EXPECT_NE(cache.find({1, 2}), nullptr);
 }
 
 }  // namespace

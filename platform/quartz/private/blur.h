@@ -3,9 +3,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "quartz/private/coverage.h"
 #include "quartz/private/pixels.h"
 
-/// The softness of shadows.
+/// Private to this room: the softness of shadows.
 
 namespace cocoa {
 
@@ -17,10 +18,17 @@ struct Blur {
   bool is_nothing() const { return radius == 0 && shift_x == 0 && shift_y == 0; }
 };
 
-/// Spreads coverage, the bytes of a box row by row with nothing around it, over the radius in every direction
-/// and no further: three box averages whose half-widths sum to it, close to a Gaussian with a standard
-/// deviation of half of it. Gives the bytes of the pixels that are wanted. Empty parts cost next to nothing.
-std::vector<uint8_t> blurred(const std::vector<uint8_t>& coverage, PixelBounds bounds, PixelBounds wanted,
-                             const Blur& blur);
+/// How much each pixel gives to one, of 65536; the middle one is that pixel or, with a shift, the one after
+/// it.
+struct BlurKernel {
+  std::vector<uint16_t> weights;
+  int before = 0;  ///< how many weights come before that of the pixel itself
+};
+BlurKernel blur_kernel(double radius, double shift);
+
+/// Spreads coverage over the radius in every direction and no further: three box averages whose half-widths
+/// sum to it, close to a Gaussian with a standard deviation of half of it. Gives the part that is wanted.
+/// Empty parts cost next to nothing.
+Coverage blurred(const Coverage& coverage, PixelBounds wanted, const Blur& blur);
 
 }  // namespace cocoa

@@ -31,12 +31,19 @@ struct FineColor {
 /// With `alpha` on top of that of the colour.
 FineColor fine_color(const Rgba& color, double alpha);
 
+/// With `alpha` on top, too.
+FineColor faded(FineColor color, double alpha);
+
 /// Colours of pixels side by side.
 struct Colors {
   const FineColor* first;
   bool is_one;  ///< the first stands for all
   /// The same as pixels, which must be opaque, or null.
   const uint32_t* pixels = nullptr;
+  /// Those of the pixels from the index on.
+  Colors from(int i) const {
+    return is_one ? *this : Colors{first + i, false, pixels ? pixels + i : nullptr};
+  }
 };
 
 /// Where colours come from. It knows nothing of shapes.
@@ -48,12 +55,21 @@ class Source {
   virtual ~Source() = default;
   /// Those of a row of device pixels, from x0 up to x1; valid until the next call.
   virtual Colors row(int y, int x0, int x1) = 0;
+  /// The colour of all pixels, if they have one.
+  virtual const FineColor* one_color() const { return nullptr; }
+  /// Adds what alpha depends on besides the pixel; false when that is too much to tell.
+  virtual bool add_alpha_to(CoverageCache::Key&) const { return false; }
 };
 
 class PlainSource : public Source {
  public:
   explicit PlainSource(FineColor color) : color_(color) {}
   Colors row(int, int, int) override { return {&color_, true}; }
+  bool add_alpha_to(CoverageCache::Key& key) const override {
+    key.push_back(color_.channel[3]);
+    return true;
+  }
+  const FineColor* one_color() const override { return &color_; }
 
  private:
   FineColor color_;
@@ -80,9 +96,6 @@ class PictureSource : public Source {
   uint32_t transparency_;  ///< of 65535
   std::vector<FineColor> colors_;
 };
-
-/// Covers all pixels of the area that have any colour.
-Coverage coloured(const PixelView& pixels, const PixelBounds& area);
 
 /// Paints each pixel over the one below: the colour by the coverage, which is everywhere when it is null, and
 /// the pixel by what the colour leaves. The result is within 0.51 of 255 of the exact one, exact where

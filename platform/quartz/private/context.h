@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -16,9 +17,10 @@
 #include "quartz/private/matrix.h"
 #include "quartz/private/path_data.h"
 #include "quartz/private/pixels.h"
+#include "quartz/private/rasterizer.h"
 #include "quartz/private/shading_source.h"
 
-/// What a context consists of.
+/// Private to this room: what a context consists of.
 ///
 /// Everything that is drawn takes one road: a shape becomes coverage, and a source paints through it and the
 /// clip, which is coverage too. A shadow is coverage made of both, painted through the clip that was in force
@@ -54,13 +56,21 @@ struct FreeMemory {
   void operator()(void* memory) const { std::free(memory); }
 };
 
-/// What is drawn on: the bitmap, or a transparency layer, which has no pixels until something is drawn on it.
+/// A shape in one colour.
+struct PlainShape {
+  Coverage shape;
+  FineColor color;
+};
+
+/// What is drawn on: the bitmap, or a transparency layer. A layer of one plain shape is that shape, with all
+/// its precision: it has no pixels until something else is drawn on it.
 struct Target {
   /// Of a layer, or a bitmap that nobody brought memory for.
   std::unique_ptr<uint32_t, FreeMemory> memory;
   PixelView pixels;        ///< its bounds are the part of the bitmap that it stands for
   PixelBounds painted;     ///< nothing was drawn outside of it
   size_t first_state = 0;  ///< states up to it belong to the targets below
+  std::optional<PlainShape> only = std::nullopt;  ///< all that a layer without pixels has
 
   /// Gives it pixels without colour.
   void allocate() {
@@ -117,16 +127,23 @@ struct CGContext : Counted {
   std::vector<Target> targets;
   std::vector<GraphicsState> states;
   PathData path;
-  ShadingTable shading_table;
 
  private:
-  Coverage outline_coverage(FillRule rule);
+  /// Stroked when there is a pen.
+  Coverage shape_coverage(const PathData& shape, FillRule rule, const Pen* pen);
+  /// Of the outline, at least of what is needed.
+  Coverage outline_coverage(FillRule rule, PixelBounds needed);
   void cast_shadow(std::span<const Part> parts);
+  /// Where it falls, at least as far as it can be seen.
+  Coverage soft_shadow(std::span<const Part> parts);
 
   PathData taken_;
+  PathData placed_;
   Lines lines_;
   Polygon outline_;
+  Rasterizer rasterizer_;
   CoverageCache coverage_;
+  CoverageCache::Key key_;  ///< of what is looked for in it
 };
 
 const PathData& path_data_of(const CGPath& path);

@@ -39,7 +39,15 @@ class PathData {
   bool passes(PixelBounds area) const;
   /// Whether the path is one rectangle with sides along the axes.
   bool is_box() const;
+  /// Whether it is one between pixels, as nearly as outlines are drawn.
+  bool is_whole_pixels() const;
   bool contains(DevicePoint p, bool even_odd) const;
+  /// Becomes the path, on 65536ths of a pixel and moved by whole pixels into the one that it begins in, so
+  /// that one shape has the same points wherever it stands. Gives that pixel; none, and the points as they
+  /// are, far out. The path must not be empty.
+  DevicePoint place(const PathData& path);
+  /// Adds all segments.
+  void add_to(std::vector<double>& key) const;
   /// The path without curves, cut off at max_coordinate, in place of what `lines` had.
   void flatten(Lines& lines) const;
 

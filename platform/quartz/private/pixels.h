@@ -35,6 +35,10 @@ constexpr PixelBounds intersection(const PixelBounds& a, const PixelBounds& b) {
 /// Of all that is drawn, since nothing is drawn further out than max_coordinate.
 inline constexpr PixelBounds everywhere{-(1 << 23), -(1 << 23), 1 << 23, 1 << 23};
 
+constexpr PixelBounds moved_by(const PixelBounds& a, int dx, int dy) {
+  return {a.x0 + dx, a.y0 + dy, a.x1 + dx, a.y1 + dy};
+}
+
 /// The smallest bounds that hold both.
 constexpr PixelBounds union_of(const PixelBounds& a, const PixelBounds& b) {
   if (a.empty())

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "quartz/CGFunction.h"
 #include "quartz/CGShading.h"
 #include "quartz/private/color_model.h"
+#include "quartz/private/compositor.h"
 #include "quartz/private/counted.h"
 
-/// What functions and shadings consist of.
+/// Private to this room: what functions and shadings consist of.
 
 namespace cocoa {
 
@@ -37,6 +39,8 @@ struct CGShading : Counted {
   }
   /// The colour at t, 0 to 1.
   Rgba color(double t) const;
+  /// A number that no other has.
+  const uint64_t serial = next_serial();
 
   CGColorSpaceRef space;
   CGFunctionRef function;
@@ -47,6 +51,10 @@ struct CGShading : Counted {
   double end_radius = 0;
   bool extend_start = false;
   bool extend_end = false;
+
+  /// Colours that were found, by places of even distance, with an alpha on top: see ShadingSource.
+  mutable std::vector<FineColor> table;
+  mutable double table_alpha = 1;
 };
 
 }  // namespace cocoa

@@ -12,35 +12,27 @@
 
 namespace cocoa {
 
-/// Colours found so far, kept from shading to shading for their memory only.
-struct ShadingTable {
-  std::vector<FineColor> colors;
-  std::vector<uint8_t> known;
-};
+/// Of an entry of a table: no colour has that alpha.
+inline constexpr FineColor unknown_color{UINT16_MAX, UINT16_MAX, UINT16_MAX, UINT16_MAX};
 
 /// Evaluates a shading at the centres of pixels, transparent where it does not paint. One whose colour varies
 /// along pixel rows, columns or diagonals only is evaluated once for each of them; any other through a table
-/// of its colours, fine enough that the nearest entry is the colour of a place less than half a pixel away.
+/// of its colours, fine enough that the nearest entry is the colour of a place less than half a pixel away,
+/// which is filled on demand and kept by the shading.
 class ShadingSource : public Source {
  public:
+  static constexpr int table_steps = 8192;
+
   /// `to_device` takes the shading's coordinates to device pixels. `alpha` is applied on top. Only pixels of
-  /// `area` may be asked for. One source uses the table at a time.
-  ShadingSource(const CGShading& shading, const Matrix& to_device, double alpha, PixelBounds area,
-                ShadingTable& table);
+  /// `area` may be asked for. A shading has one source at a time.
+  ShadingSource(const CGShading& shading, const Matrix& to_device, double alpha, PixelBounds area);
   Colors row(int y, int x0, int x1) override;
-  /// Rows will be asked for again: those that take long to evaluate are kept.
-  void keep_rows() { kept_.resize(static_cast<size_t>(std::max(painted_.height(), 0))); }
+  bool add_alpha_to(CoverageCache::Key& key) const override;
   /// The part of the area that it may paint.
   const PixelBounds& painted() const { return painted_; }
 
  private:
   enum class Kind { nothing, by_row, by_column, by_diagonal, axial, rings, radial };
-
-  struct KeptRow {
-    int x0 = 0;
-    int x1 = 0;
-    std::vector<FineColor> colors;
-  };
 
   void prepare_axial();
   void prepare_radial();
@@ -55,22 +47,24 @@ class ShadingSource : public Source {
   FineColor color(double t) const;
   FineColor color_or_nothing(double t, double beyond) const;
   const FineColor& table_color(double t);
-  void add_to_table(size_t i);
-  /// Sets the colours of a row from its places. `outside(i, t)` is asked whether place i, which is not in 0
-  /// to 1, is painted, and brings it there.
-  template <typename Outside>
-  void color_places(const Outside& outside);
+  void add_to_table(FineColor& entry);
+  /// Whether t, the place of that pixel's centre, is painted; then it is brought into 0 to 1.
+  bool is_painted(int x, int y, double& t) const;
+  /// Sets the colours of pixels side by side from their places.
+  void color_places(const double* places, int x, int y, int count, FineColor* to);
+  /// Sets the colours of a row. `place(x)` is that of a column.
+  template <typename Place>
+  void fill(int y, int x0, int x1, const Place& place);
   bool radial_place(double x, double y, double& t) const;
   bool is_at_an_end(double px, double py, double& t) const;
-  Colors evaluated_row(int y, int x0, int x1);
   void fill_axial(int y, int x0, int x1);
   void fill_rings(int y, int x0, int x1);
   void fill_radial(int y, int x0, int x1);
 
   const CGShading& shading_;
+  Matrix to_device_;
   Matrix to_user_;
   double alpha_;
-  ShadingTable& table_;
   Kind kind_ = Kind::nothing;
   PixelBounds painted_;
   // Axial: t = slope_x · x + slope_y · y + offset, in device pixels.
@@ -87,8 +81,6 @@ class ShadingSource : public Source {
   int direction_ = 0;
   int first_ = 0;
   std::vector<FineColor> colors_;  ///< of that line, or of the last row
-  std::vector<KeptRow> kept_;      ///< from the first that it may paint on; none without keep_rows()
-  std::vector<double> places_;     ///< t along the last row
   std::vector<uint32_t> pixels_;   ///< by column, when all that are painted are opaque
 };
 

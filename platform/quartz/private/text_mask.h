@@ -1,25 +1,21 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <span>
-#include <vector>
 
-#include "quartz/private/pixels.h"
+#include "quartz/private/coverage.h"
 #include "quartz/private/text_lines.h"
 
-/// The picture of lines of text, made for one scale and one fraction of a pixel.
+/// Private to this room: the picture of lines of text, made for one scale and one fraction of a pixel.
 
 namespace cocoa {
 
 struct TextMask {
   double scale_x = 0;
   double scale_y = 0;
-  int quarter = 0;     ///< where the text starts within a device pixel, in quarters
-  size_t lines = 0;    ///< how many of them it shows
-  PixelBounds bounds;  ///< from the pixel that the text starts in and the pixel row of the first baseline
-  int stride = 0;      ///< bytes a row; a multiple of four
-  std::vector<uint8_t> coverage;
+  int quarter = 0;    ///< where the text starts within a device pixel, in quarters
+  size_t lines = 0;   ///< how many of them it shows
+  Coverage coverage;  ///< from the pixel that the text starts in and the pixel row of the first baseline
 };
 
 /// Whether text of such a size is worth a mask.
