@@ -56,7 +56,7 @@ NSWindow* EditorWindow::open_colors() {
     return nullptr;
   const auto* editor = dynamic_cast<KVOndexView*>(window_->contentView());
   send(editor->_preferences_controller->_info_color_well, &NSColorWell::activate);
-  return preferences->servants().empty() ? nullptr : preferences->servants().front();
+  return preferences->ownedWindows().empty() ? nullptr : preferences->ownedWindows().front();
 }
 
 }  // namespace ondex

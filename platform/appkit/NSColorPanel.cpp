@@ -23,7 +23,7 @@ constexpr NSRect field_frame = {{8, 8}, {208, 208}};  // with room for the ring 
 constexpr NSRect hues_frame = {{220, 16}, {20, 192}};
 constexpr NSRect comparison_frame = {{256, 166}, {90, 42}};
 /// Room for the frames that a window manager puts around both windows.
-constexpr CGFloat gap_to_served = 16;
+constexpr CGFloat gap_to_owner = 16;
 
 constexpr NSRect entry_frames[] = {
     {{280, 106}, {66, 22}}, {{280, 78}, {66, 22}}, {{280, 50}, {66, 22}}, {{280, 16}, {66, 22}}};
@@ -90,12 +90,12 @@ const Class NSColorPanel::class_ = {
     .name = "NSColorPanel", .superclass = &NSWindow::class_, .actions = actions};
 
 Ref<NSColorPanel> NSColorPanel::panelOf(NSWindow& window) {
-  for (NSWindow* servant : window.servants()) {
-    if (auto* panel = dynamic_cast<NSColorPanel*>(servant))
+  for (NSWindow* owned : window.ownedWindows()) {
+    if (auto* panel = dynamic_cast<NSColorPanel*>(owned))
       return panel;
   }
   auto panel = make<NSColorPanel>();
-  panel->setServedWindow(&window);
+  panel->setOwnerWindow(&window);
   return panel;
 }
 
@@ -253,11 +253,11 @@ void NSColorPanel::windowWillClose(NSWindow*) {
   edit(nullptr);
 }
 
-NSPoint NSColorPanel::originFor(NSRect served, NSSize screen) const {
-  const CGFloat right = NSMaxX(served) + gap_to_served;
+NSPoint NSColorPanel::originFor(NSRect owner, NSSize screen) const {
+  const CGFloat right = NSMaxX(owner) + gap_to_owner;
   const bool fits = right + NSWidth(frame()) <= screen.width;
-  return {fits ? right : NSMinX(served) - gap_to_served - NSWidth(frame()),
-          NSMaxY(served) - NSHeight(frame())};
+  return {fits ? right : NSMinX(owner) - gap_to_owner - NSWidth(frame()),
+          NSMaxY(owner) - NSHeight(frame())};
 }
 
 }  // namespace cocoa

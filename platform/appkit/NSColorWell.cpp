@@ -101,7 +101,7 @@ void NSColorWell::setBordered(bool bordered) {
 }
 
 void NSColorWell::viewDidMoveToWindow() {
-  if (panel_ && panel_->servedWindow() == window())
+  if (panel_ && panel_->ownerWindow() == window())
     return;
   deactivate();
   panel_ = nullptr;

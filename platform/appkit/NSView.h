@@ -73,7 +73,7 @@ class NSView : public NSResponder {
   /// Whether the view paints every pixel of its bounds, so that nothing behind it need be drawn.
   virtual bool isOpaque() const { return false; }
 
-  /// Asks for a redraw on this turn of the run loop. A view that knows where it can have changed may ask for
+  /// Asks for a redraw on this pass of the run loop. A view that knows where it can have changed may ask for
   /// less.
   virtual void setNeedsDisplay(bool needed);
   void setNeedsDisplayInRect(NSRect rect);

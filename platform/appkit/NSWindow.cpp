@@ -1,9 +1,9 @@
 #include "appkit/NSWindow.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "appkit/NSEvent.h"
+#include "appkit/private/NSWindow_parts.h"
 
 namespace cocoa {
 
@@ -12,49 +12,24 @@ const Class NSWindow::class_ = {
     .superclass = &NSResponder::class_,
     .initWithInterface = [](InterfaceDecoder& decoder) { return Ref<NSObject>(make<NSWindow>(decoder)); }};
 
-namespace {
-
-thread_local WindowSystem* current_system = nullptr;
-}  // namespace
-
-WindowSystemScope::WindowSystemScope(WindowSystem* system) : outer_(current_system) {
-  current_system = system;
-}
-WindowSystemScope::~WindowSystemScope() {
-  current_system = outer_;
-}
-WindowSystem* WindowSystemScope::current() {
-  return current_system;
-}
-
-NSWindow::NSWindow(NSRect content_rect, unsigned style_mask) : frame_(content_rect), style_mask_(style_mask) {
+NSWindow::NSWindow(NSRect content_rect, unsigned style_mask)
+    : frame_(content_rect), style_mask_(style_mask), parts_(std::make_unique<Parts>(*this)) {
   setContentView(make<NSView>(NSRect{{0, 0}, content_rect.size}).get());
 }
 
 NSWindow::~NSWindow() {
-  if (event_tracker_)
-    event_tracker_->windowIsGoing();
+  parts_->events.windowIsGoing();
   before_waiting_.reset();
-  if (parent_)
-    parent_->removeChildWindow(this);
-  closeServants();
-  while (!servants_.empty())
-    servants_.back()->setServedWindow(nullptr);
-  if (served_)
-    std::erase(served_->servants_, this);
-  // A child that goes off the screen may make its delegate remove it.
-  for (const Ref<NSWindow>& child : std::exchange(children_, {})) {
-    child->orderOut(nullptr);
-    child->parent_ = nullptr;
-    // A popup lives in its parent's window system and cannot outlive it.
-    child->platform_.reset();
-  }
+  if (NSWindow* const parent = parentWindow())
+    parent->removeChildWindow(this);
+  parts_->owned.windowIsGoing();
+  parts_->children.windowIsGoing();
   // The view may be in another window by now.
   if (content_view_ && content_view_->window() == this) {
     content_view_->moveToWindow(nullptr);
     content_view_->tellPlaceChanged();
   }
-  CGContextRelease(context_);
+  parts_->display.forget();
 }
 
 void NSWindow::setContentView(NSView* view) {
@@ -72,7 +47,7 @@ void NSWindow::setContentView(NSView* view) {
   view->setFrame({{0, 0}, frame_.size});
   view->moveToWindow(this);
   view->tellPlaceChanged();
-  markAll();
+  parts_->display.markAll();
 }
 
 void NSWindow::setFrame_display(NSRect frame, bool display) {
@@ -82,12 +57,10 @@ void NSWindow::setFrame_display(NSRect frame, bool display) {
   if (resized)
     content_view_->setFrameSize(frame.size);
   if (platform_)
-    platform_->setFrame(frameOnScreen());
+    platform_->setFrame(parts_->place.frameOnScreen());
   if (resized)
-    markAll();
-  for (const Ref<NSWindow>& child : children_) {
-    child->setFrame_display(NSOffsetRect(child->frame_, moved.x, moved.y), false);
-  }
+    parts_->display.markAll();
+  parts_->children.move(moved.x, moved.y);
   if (display)
     displayIfNeeded();
 }
@@ -105,52 +78,70 @@ void NSWindow::setTitle(std::string_view title) {
 WindowSystem* NSWindow::windowSystem() const {
   if (system_ || shown_by_)
     return system_ ? system_ : shown_by_;
-  if (const NSWindow* other = parent_ ? parent_ : served_)
+  if (const NSWindow* other = parentWindow() ? parentWindow() : ownerWindow())
     return other->windowSystem();
-  return current_system;
+  return WindowSystemScope::current();
 }
 
-/// Makes the window system's window, once.
-bool NSWindow::realize() {
-  if (gone_)
-    leaveWindowSystem();
-  if (platform_)
-    return true;
-  WindowSystem* system = windowSystem();
-  if (!system)
-    return false;
-  if (served_ && served_->platform_)
-    placeAtServed();
+WindowOptions NSWindow::platformOptions() {
   WindowOptions options;
-  options.frame = frameOnScreen();
+  options.frame = parts_->place.frameOnScreen();
   options.title = title_;
   options.host_window = host_window_;
-  options.resizable = scales_to_fit_;
-  if (NSWindow* above = parent_ ? parent_ : served_; above && above->realize())
+  options.resizable = parts_->place.fit().scales();
+  if (NSWindow* above = parentWindow() ? parentWindow() : ownerWindow(); above && above->realize())
     options.parent = above->platform_.get();
-  if (host_window_ != 0) {
+  if (isEmbedded()) {
     options.kind = WindowKind::embedded;
   } else if ((style_mask_ & NSTitledWindowMask) == 0) {
     options.kind = WindowKind::popup;
   } else {
     options.kind = options.parent || level_ > 0 ? WindowKind::panel : WindowKind::titled;
   }
-  platform_ = system->makeWindow(options, *this);
+  return options;
+}
+
+/// Makes the window system's window, once.
+bool NSWindow::realize() {
+  if (stage_ == Stage::gone)
+    leaveWindowSystem();
+  if (platform_)
+    return true;
+  WindowSystem* system = windowSystem();
+  if (!system)
+    return false;
+  if (ownerWindow() && ownerWindow()->platform_)
+    frame_.origin = parts_->place.originAtOwner();
+  platform_ = system->makeWindow(platformOptions(), *this);
   if (!platform_)
     return false;
   shown_by_ = system;
   before_waiting_ = CFRunLoopGetCurrent()->addBeforeWaiting([this] { displayIfNeeded(); });
-  fitContent();
-  markAll();
+  parts_->place.fitContent();
+  parts_->display.markAll();
   return true;
+}
+
+/// The window system's window goes; the next time it is shown it gets a new one.
+void NSWindow::leaveWindowSystem() {
+  // A child's is a popup over it, and cannot outlive it.
+  parts_->children.leaveWindowSystem();
+  // It was the way to the window system for those that it owns, too.
+  parts_->owned.leaveWindowSystem();
+  if (stage_ == Stage::gone)
+    stage_ = Stage::off_screen;
+  shown_by_ = nullptr;
+  before_waiting_.reset();
+  parts_->display.forget();
+  platform_.reset();
 }
 
 void NSWindow::orderFront(NSObject*) {
   if (!realize())
     return;
-  visible_ = true;
+  stage_ = Stage::on_screen;
   platform_->show();
-  for (const Ref<NSWindow>& child : children_)
+  for (const Ref<NSWindow>& child : childWindows())
     child->orderFront(nullptr);
 }
 
@@ -158,31 +149,21 @@ void NSWindow::makeKeyAndOrderFront(NSObject* sender) {
   orderFront(sender);
   if (!platform_ || !canBecomeKeyWindow())
     return;
-  asked_for_key_ = !key_;
+  parts_->keys.ask();
   platform_->makeKey();
 }
 
 void NSWindow::orderOut(NSObject*) {
   const Ref<NSWindow> self(this);
-  if (!visible_)
+  if (!isVisible())
     return;
-  endTracking();
-  moving_.reset();
-  visible_ = false;
+  parts_->events.endTracking();
+  parts_->events.endMoving();
+  stage_ = Stage::off_screen;
   if (platform_)
     platform_->hide();
-  orderOutChildren();
+  parts_->children.orderOut();
   resignKeyWindow();
-}
-
-/// Children lie on the screen by themselves and would stay there alone.
-void NSWindow::orderOutChildren() {
-  for (const Ref<NSWindow>& child : std::vector<Ref<NSWindow>>(children_)) {
-    child->orderOut(nullptr);
-    // Given up by its delegate, it may wait for a pool that drains after the window system has gone.
-    if (!child->parent_)
-      child->platform_.reset();
-  }
 }
 
 void NSWindow::performClose(NSObject*) {
@@ -196,36 +177,44 @@ void NSWindow::close() {
   if (delegate_)
     delegate_->windowWillClose(this);
   orderOut(nullptr);
-  closeServants();
+  parts_->owned.close();
   if (released_when_closed_)
     release();
 }
 
+// Other windows
+
 void NSWindow::addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode) {
-  if (!child || child == this || child->parent_ == this)
-    return;
-  for (const NSWindow* ancestor = this; ancestor; ancestor = ancestor->parent_) {
-    if (ancestor == child)
-      return;
-  }
   const Ref<NSWindow> added(child);
-  if (child->parent_)
-    child->parent_->removeChildWindow(child);
-  child->parent_ = this;
-  children_.push_back(added);
-  if (visible_)
+  if (parts_->children.add(child) && isVisible())
     child->orderFront(nullptr);
 }
 
 void NSWindow::removeChildWindow(NSWindow* child) {
-  const auto found = std::find_if(children_.begin(), children_.end(),
-                                  [child](const Ref<NSWindow>& each) { return each.get() == child; });
-  if (found == children_.end())
-    return;
-  const Ref<NSWindow> removed = *found;
-  children_.erase(found);
-  removed->parent_ = nullptr;
+  parts_->children.remove(child);
 }
+
+NSWindow* NSWindow::parentWindow() const {
+  return parts_->children.parent();
+}
+
+const std::vector<Ref<NSWindow>>& NSWindow::childWindows() const {
+  return parts_->children.all();
+}
+
+void NSWindow::setOwnerWindow(NSWindow* owner) {
+  parts_->owned.setOwner(owner);
+}
+
+NSWindow* NSWindow::ownerWindow() const {
+  return parts_->owned.owner();
+}
+
+const std::vector<NSWindow*>& NSWindow::ownedWindows() const {
+  return parts_->owned.all();
+}
+
+// Place
 
 NSPoint NSWindow::convertBaseToScreen(NSPoint point) const {
   return {point.x + frame_.origin.x, point.y + frame_.origin.y};
@@ -236,29 +225,61 @@ NSPoint NSWindow::convertScreenToBase(NSPoint point) const {
 }
 
 NSRect NSWindow::screenBounds() const {
-  if (!platform_)
-    return {};
-  const NSRect screen = platform_->screenBounds();
-  const NSPoint origin = platform_->screenFrame().origin;
-  const auto fit = static_cast<CGFloat>(fit_);
-  return NSMakeRect(frame_.origin.x + (screen.origin.x - origin.x) / fit - fit_origin_.x,
-                    frame_.origin.y + (screen.origin.y - origin.y) / fit - fit_origin_.y,
-                    screen.size.width / fit, screen.size.height / fit);
+  return parts_->place.screenBounds();
+}
+
+void NSWindow::setContentScalesToFit() {
+  parts_->place.setContentScalesToFit();
+}
+
+NSPoint NSWindow::originFor(NSRect owner, NSSize) const {
+  return {NSMinX(owner) + (NSWidth(owner) - NSWidth(frame_)) / 2,
+          NSMinY(owner) + (NSHeight(owner) - NSHeight(frame_)) / 2};
+}
+
+// The keys and other events
+
+bool NSWindow::isKeyWindow() const {
+  return parts_->keys.isKey();
+}
+
+bool NSWindow::claimsKey() const {
+  return parts_->keys.isClaimed();
+}
+
+void NSWindow::becomeKeyWindow() {
+  parts_->keys.become();
+}
+
+void NSWindow::resignKeyWindow() {
+  parts_->keys.resign();
+}
+
+void NSWindow::giveUpKey() {
+  const Ref<NSWindow> self(this);
+  resignKeyWindow();
+  if (platform_)
+    platform_->giveUpKey();
 }
 
 bool NSWindow::makeFirstResponder(NSResponder* responder) {
-  NSResponder* old = first_responder_.get();
-  if (old == responder)
-    return true;
-  if (old && !old->resignFirstResponder())
-    return false;
-  first_responder_ = WeakRef<NSResponder>();
-  if (!responder)
-    return true;
-  if (!responder->acceptsFirstResponder() || !responder->becomeFirstResponder())
-    return false;
-  first_responder_ = WeakRef<NSResponder>(responder);
-  return true;
+  return parts_->keys.makeFirstResponder(responder);
+}
+
+NSResponder* NSWindow::firstResponder() const {
+  return parts_->keys.firstResponder();
+}
+
+void NSWindow::setInitialFirstResponder(NSView* view) {
+  parts_->keys.setInitialFirstResponder(view);
+}
+
+void NSWindow::selectNextKeyView(NSObject*) {
+  parts_->keys.selectKeyView(true);
+}
+
+void NSWindow::selectPreviousKeyView(NSObject*) {
+  parts_->keys.selectKeyView(false);
 }
 
 void NSWindow::contentViewLeaves(const NSView* view) {
@@ -266,135 +287,103 @@ void NSWindow::contentViewLeaves(const NSView* view) {
     setContentView(make<NSView>(view->bounds()).get());
 }
 
-/// A view that leaves its window has no more claim on the keys and on a drag.
 void NSWindow::viewLeft(NSView* view) {
-  if (event_tracker_)
-    event_tracker_->viewLeftWindow(view);
-  if (pressed_view_.get() == view)
-    pressed_view_ = WeakRef<NSView>();
-  if (first_responder_.get() == view)
-    first_responder_ = WeakRef<NSResponder>();
+  parts_->events.viewLeft(view);
+  parts_->keys.viewLeft(view);
 }
 
-void NSWindow::windowReceived(const WindowEvent& event) {
-  const Ref<NSWindow> self(this);
-  const auto ns_event = make<NSEvent>(inContent(event), this);
-  NSEvent* const outer = std::exchange(current_event_, ns_event.get());
-  sendEvent(ns_event.get());
-  current_event_ = outer;
+NSEvent* NSWindow::currentEvent() const {
+  return parts_->events.currentEvent();
 }
 
 void NSWindow::sendEvent(NSEvent* event) {
-  if (event_tracker_ && event_tracker_->trackEvent(event)) {
-    if (event->type() == WindowEventType::mouse_up && event->buttonNumber() == 0)
-      pressed_view_ = WeakRef<NSView>();
-    return;
-  }
-  switch (event->type()) {
-    case WindowEventType::key_down:
-    case WindowEventType::key_up: {
-      const Ref<NSResponder> receiver(first_responder_ ? first_responder_.get() : this);
-      if (event->type() == WindowEventType::key_down) {
-        receiver->keyDown(event);
-      } else {
-        receiver->keyUp(event);
-      }
-      return;
-    }
-    default:
-      mouseEvent(event);
-  }
+  parts_->events.send(event);
 }
 
 void NSWindow::setEventTracker(EventTracker* tracker) {
-  endTracking();
-  event_tracker_ = tracker;
+  parts_->events.setTracker(tracker);
 }
 
 void NSWindow::removeEventTracker(const EventTracker* tracker) {
-  if (event_tracker_ == tracker)
-    event_tracker_ = nullptr;
+  parts_->events.removeTracker(tracker);
 }
 
-void NSWindow::endTracking() {
-  if (event_tracker_)
-    event_tracker_->trackingMustEnd();
+// Drawing
+
+double NSWindow::backingScaleFactor() const {
+  return platform_ ? platform_->scale() * parts_->place.fit().factor() : 1.0;
 }
 
-void NSWindow::mouseEvent(NSEvent* event) {
-  if (swallows(*event))
-    return;
-  const bool left = event->buttonNumber() == 0;
-  const bool held =
-      event->type() == WindowEventType::mouse_dragged || event->type() == WindowEventType::mouse_up;
-  // What was pressed gets the drag and the release, wherever the pointer has gone.
-  const Ref<NSView> view(held && left ? pressed_view_.get()
-                                      : content_view_->hitTest(event->locationInWindow()));
-  if (!view) {
-    // The room around the content for its shadow belongs to what is behind it.
-    if (event->type() == WindowEventType::mouse_down && castsShadow())
-      giveUpKey();
-    return;
+bool NSWindow::viewsNeedDisplay() const {
+  return parts_->display.isNeeded();
+}
+
+void NSWindow::setNeedsDisplayInRect(NSRect rect) {
+  parts_->display.mark(rect);
+}
+
+void NSWindow::displayIfNeeded() {
+  parts_->display.displayIfNeeded();
+}
+
+void NSWindow::drawWithChildren(CGContextRef context) {
+  CGContextSaveGState(context);
+  parts_->display.drawContent(context, content_view_->bounds());
+  CGContextRestoreGState(context);
+  for (const Ref<NSWindow>& child : childWindows()) {
+    if (!child->isVisible())
+      continue;
+    CGContextSaveGState(context);
+    CGContextTranslateCTM(context, child->frame_.origin.x - frame_.origin.x,
+                          child->frame_.origin.y - frame_.origin.y);
+    child->drawWithChildren(context);
+    CGContextRestoreGState(context);
   }
-  switch (event->type()) {
-    case WindowEventType::mouse_down:
-      if (!left)
-        return view->rightMouseDown(event);
-      pressed_view_ = WeakRef<NSView>(view.get());
-      if (isMovedBy(*view))
-        beginMoving();
-      if (view->acceptsFirstResponder())
-        makeFirstResponder(view.get());
-      return view->mouseDown(event);
-    case WindowEventType::mouse_dragged:
-      if (left && moving_) {
-        moveAlong(*event);
-      } else if (left) {
-        view->mouseDragged(event);
-      }
-      return;
-    case WindowEventType::mouse_up:
-      if (!left)
-        return view->rightMouseUp(event);
-      pressed_view_ = WeakRef<NSView>();
-      moving_.reset();
-      return view->mouseUp(event);
-    case WindowEventType::scroll_wheel:
-      return view->scrollWheel(event);
-    default:
-      return;
-  }
+}
+
+// What the window system tells
+
+void NSWindow::windowReceived(const WindowEvent& event) {
+  const Ref<NSWindow> self(this);
+  const auto ns_event = make<NSEvent>(parts_->place.fit().inContent(event), this);
+  parts_->events.deliver(ns_event.get());
+}
+
+void NSWindow::windowBecameKey() {
+  becomeKeyWindow();
+}
+
+void NSWindow::windowResignedKey() {
+  resignKeyWindow();
 }
 
 void NSWindow::windowMustRedraw() {
   const NSRect frame = platform_->frame();
-  if (scales_to_fit_ || followsParent() || castsShadow()) {
-    fitContent();
+  if (parts_->place.fit().scales() || parts_->place.followsParent() || castsShadow()) {
+    parts_->place.fitContent();
   } else if (frame.size != frame_.size) {
     frame_ = frame;
     content_view_->setFrameSize(frame.size);
   }
-  markAll();
+  parts_->display.markAll();
 }
 
 void NSWindow::windowMoved() {
-  endTracking();
+  parts_->events.endTracking();
   // A child has been put there by its parent's move.
-  if (followsParent())
+  if (parts_->place.followsParent())
     return;
   const NSPoint origin = platform_->frame().origin;
   const NSPoint moved = {origin.x - frame_.origin.x, origin.y - frame_.origin.y};
   frame_.origin = origin;
-  for (const Ref<NSWindow>& child : children_) {
-    child->setFrame_display(NSOffsetRect(child->frame_, moved.x, moved.y), false);
-  }
+  parts_->children.move(moved.x, moved.y);
 }
 
 void NSWindow::windowWasHidden() {
   const Ref<NSWindow> self(this);
-  endTracking();
+  parts_->events.endTracking();
   // They would stay on the screen alone, and hear keys that nobody sees the effect of.
-  orderOutChildren();
+  parts_->children.orderOut();
 }
 
 void NSWindow::windowShouldClose() {
@@ -403,14 +392,13 @@ void NSWindow::windowShouldClose() {
 
 void NSWindow::windowGone() {
   const Ref<NSWindow> self(this);
-  endTracking();
-  visible_ = false;
-  gone_ = true;
-  orderOutChildren();
+  parts_->events.endTracking();
+  stage_ = Stage::gone;
+  parts_->children.orderOut();
   resignKeyWindow();
   if (delegate_)
     delegate_->windowWillClose(this);
-  closeServants();
+  parts_->owned.close();
 }
 
 }  // namespace cocoa

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "appkit/EventTracker.h"
 #include "appkit/NSView.h"
-#include "appkit/damage.h"
+#include "appkit/WindowSystemScope.h"
 #include "foundation/CFRunLoop.h"
 #include "quartz/CGContext.h"
 #include "windows/window_system.h"
@@ -35,8 +35,8 @@ class NSWindowDelegate {
 ///
 /// It is shown by the window system given to it, by its parent window's, or by the one whose scope is current
 /// on the thread when it is first ordered in; without any it stays off the screen. What views mark as needing
-/// display is drawn once at the end of the run loop's turn, into the window system's pixels, and only while
-/// somebody may see it.
+/// display is drawn once at the end of a pass of the run loop, into the window system's pixels, and only
+/// while somebody may see it.
 class NSWindow : public NSResponder, private PlatformWindowDelegate {
  public:
   static const Class class_;
@@ -92,10 +92,10 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void setDelegate(NSWindowDelegate* delegate) { delegate_ = delegate; }
   NSWindowDelegate* delegate() const { return delegate_; }
 
-  bool isVisible() const { return visible_; }
-  bool isKeyWindow() const { return key_; }
+  bool isVisible() const { return stage_ == Stage::on_screen; }
+  bool isKeyWindow() const;
   /// Whether it is key or has asked to be: the window system takes its time.
-  bool claimsKey() const { return key_ || asked_for_key_; }
+  bool claimsKey() const;
   /// Borderless windows take no keys unless a subclass says so.
   virtual bool canBecomeKeyWindow() const { return style_mask_ != NSBorderlessWindowMask; }
   void makeKeyAndOrderFront(NSObject* sender);
@@ -114,16 +114,16 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// in its parent's points: it is as much larger than they are as the parent's content is drawn.
   void addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode place);
   void removeChildWindow(NSWindow* child);
-  NSWindow* parentWindow() const { return parent_; }
-  const std::vector<Ref<NSWindow>>& childWindows() const { return children_; }
+  NSWindow* parentWindow() const;
+  const std::vector<Ref<NSWindow>>& childWindows() const;
 
-  /// Makes the window serve another one, as preferences serve an editor: it is shown by that one's window
-  /// system, first near it, stays above its top-level window, and closes when that one closes or goes.
+  /// Gives the window an owner on the screen, as an editor is of its preferences: it is shown by that one's
+  /// window system, first near it, stays above its top-level window, and closes when that one closes or goes.
   /// Neither retains the other. Null makes it free; a change takes it off the screen.
-  void setServedWindow(NSWindow* served);
-  NSWindow* servedWindow() const { return served_; }
-  /// Those that serve this one, in the order in which they began to.
-  const std::vector<NSWindow*>& servants() const { return servants_; }
+  void setOwnerWindow(NSWindow* owner);
+  NSWindow* ownerWindow() const;
+  /// Those that this one is the owner of, in the order in which they came.
+  const std::vector<NSWindow*>& ownedWindows() const;
 
   NSPoint convertBaseToScreen(NSPoint point) const;
   NSPoint convertScreenToBase(NSPoint point) const;
@@ -132,7 +132,7 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   NSRect screenBounds() const;
 
   /// The event that is being delivered; null at other times.
-  NSEvent* currentEvent() const { return current_event_; }
+  NSEvent* currentEvent() const;
   /// From now on events go to the tracker first, and no more to the one before, which must end. Not retained:
   /// a tracker that goes takes itself out.
   void setEventTracker(EventTracker* tracker);
@@ -144,9 +144,9 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   virtual void sendEvent(NSEvent* event);
 
   bool makeFirstResponder(NSResponder* responder);
-  NSResponder* firstResponder() const { return first_responder_.get(); }
+  NSResponder* firstResponder() const;
   /// Who becomes the first responder when the window becomes key and has none; not retained.
-  void setInitialFirstResponder(NSView* view) { initial_first_responder_ = WeakRef<NSView>(view); }
+  void setInitialFirstResponder(NSView* view);
   /// Gives the keys to the next view in drawing order that accepts them, round and round.
   void selectNextKeyView(NSObject* sender);
   void selectPreviousKeyView(NSObject* sender);
@@ -158,14 +158,14 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   /// line in the log, when it refuses.
   bool realize();
   /// Device pixels a point of the content.
-  double backingScaleFactor() const { return platform_ ? platform_->scale() * fit_ : 1.0; }
+  double backingScaleFactor() const;
   /// The window of the window system behind this one; null until it is first ordered in, and after it has
   /// gone.
   PlatformWindow* platformWindow() const { return platform_.get(); }
 
-  /// Whether something is marked that the next turn, or a later one, is to draw.
-  bool viewsNeedDisplay() const { return !damage_.empty(); }
-  /// Marks a rectangle of the content for drawing on this turn.
+  /// Whether something is marked that the next pass of the run loop, or a later one, is to draw.
+  bool viewsNeedDisplay() const;
+  /// Marks a rectangle of the content for drawing on this pass.
   void setNeedsDisplayInRect(NSRect rect);
   /// Draws what the window shows, its shadow and its child windows included, into a context whose origin is
   /// the content's.
@@ -174,12 +174,26 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void displayIfNeeded();
 
  protected:
-  /// Where the window is put when it is first shown for another one, whose content is at `served` on a screen
-  /// of that size: over its middle.
-  virtual NSPoint originFor(NSRect served, NSSize screen) const;
+  /// Where the window is put when it is first shown for its owner, whose content is at `owner` on a screen of
+  /// that size: over its middle.
+  virtual NSPoint originFor(NSRect owner, NSSize screen) const;
 
  private:
   friend class NSView;
+  friend class ChildWindows;
+  friend class EventRouter;
+  friend class OwnedWindows;
+  friend class WindowDisplay;
+  friend class WindowKeys;
+  friend class WindowPlace;
+
+  enum class Stage {
+    off_screen,  ///< next: on_screen
+    on_screen,   ///< ordered in; next: off_screen
+    gone,        ///< others destroyed the window system's window; next: off_screen, when it gets a new one
+  };
+  struct Parts;
+
   void windowReceived(const WindowEvent& event) override;
   void windowMustRedraw() override;
   void windowMoved() override;
@@ -189,100 +203,31 @@ class NSWindow : public NSResponder, private PlatformWindowDelegate {
   void windowShouldClose() override;
   void windowGone() override;
 
-  void mouseEvent(NSEvent* event);
-  bool isMovedBy(const NSView& view) const;
-  void beginMoving();
-  void moveAlong(const NSEvent& event);
-  void endTracking();
-  bool followsParent() const;
+  bool isEmbedded() const { return host_window_ != 0; }
   bool castsShadow() const { return has_shadow_ && !opaque_ && style_mask_ == NSBorderlessWindowMask; }
-  NSRect frameOnScreen() const;
-  void followParent();
-  void orderOutChildren();
-  void selectKeyView(bool forward);
-  bool takeKeyFromChildren();
-  bool swallows(const NSEvent& event);
+  WindowOptions platformOptions();
   void leaveWindowSystem();
-  void placeAtServed();
-  void closeServants();
   void viewLeft(NSView* view);
   void contentViewLeaves(const NSView* view);
-  struct PixelSize {
-    int width;
-    int height;
-  };
-  PixelSize pixelSize() const;
-  void markAll();
-  void fitContent();
-  WindowEvent inContent(WindowEvent event) const;
-  /// Otherwise what is damaged waits for a turn with memory, after a line in the log.
-  bool hasMemoryToDraw();
-  CGContextRef contextFor(const Pixels& pixels);
-  void draw(CGContextRef context, const Pixels& pixels, const PixelRect& rect);
-  void drawContent(CGContextRef context, NSRect damaged);
 
   NSRect frame_;
   unsigned style_mask_;
   std::string title_;
+  int level_ = 0;
+  bool opaque_ = true;
+  bool has_shadow_ = true;
+  bool movable_by_background_ = false;
+  bool released_when_closed_ = false;
+  bool visible_at_launch_ = false;
+  NSWindowDelegate* delegate_ = nullptr;
   WindowSystem* system_ = nullptr;
   WindowSystem* shown_by_ = nullptr;  ///< the scope that it is shown in does not last
   uint64_t host_window_ = 0;
+  Stage stage_ = Stage::off_screen;
   Ref<NSView> content_view_;
-  NSWindowDelegate* delegate_ = nullptr;
-  NSWindow* parent_ = nullptr;
-  std::vector<Ref<NSWindow>> children_;
-  NSWindow* served_ = nullptr;
-  std::vector<NSWindow*> servants_;
-  WeakRef<NSView> pressed_view_;
-  WeakRef<NSResponder> first_responder_;
-  WeakRef<NSView> initial_first_responder_;
-  /// The window by a drag, in the window system's points.
-  struct Moving {
-    NSPoint from;
-    double right = 0;
-    double up = 0;
-    bool begun = false;
-    bool by_manager = false;
-  };
-  std::optional<Moving> moving_;
-  NSEvent* current_event_ = nullptr;
-  EventTracker* event_tracker_ = nullptr;
-  bool opaque_ = true;
-  bool has_shadow_ = true;
-  bool visible_ = false;
-  bool released_when_closed_ = false;
-  bool visible_at_launch_ = false;
-  bool gone_ = false;  ///< the window system's window was destroyed by others
-  int level_ = 0;
-  bool key_ = false;
-  bool movable_by_background_ = false;
-  bool asked_for_key_ = false;
-  std::optional<double> child_ended_at_;  ///< when the press was made that took the keys from a child
-  std::vector<int> swallowed_buttons_;    ///< held since a press that was not told
-  bool scales_to_fit_ = false;
-  double fit_ = 1;      ///< how much larger than the window system's points those of the content are
-  NSPoint fit_origin_;  ///< of the content in the window, in points of the content
-  Damage damage_;
-  CGContextRef context_ = nullptr;
-  Pixels context_pixels_;
-  double context_scale_ = 0;
-  bool lacks_memory_ = false;
+  std::unique_ptr<Parts> parts_;
   std::unique_ptr<PlatformWindow> platform_;
   CFRunLoop::AttachmentRef before_waiting_;
-};
-
-/// While it lives, windows without a window system of their own are shown by this one. A host opens a scope
-/// around everything it does with views on behalf of one editor. They nest.
-class WindowSystemScope {
- public:
-  explicit WindowSystemScope(WindowSystem* system);
-  ~WindowSystemScope();
-  WindowSystemScope(const WindowSystemScope&) = delete;
-  WindowSystemScope& operator=(const WindowSystemScope&) = delete;
-  static WindowSystem* current();
-
- private:
-  WindowSystem* outer_;
 };
 
 }  // namespace cocoa

@@ -37,7 +37,7 @@ NSWindow* NSWindowController::window() {
 }
 
 bool NSWindowController::loadWindow() {
-  // What the file makes and nobody keeps goes here, not with the host's next turn.
+  // What the file makes and nobody keeps goes here, not with the next pass of the run loop.
   const NSAutoreleasePool pool;
   const NSBundle* bundle = NSBundle::bundleForClass(isa());
   if (!bundle) {
@@ -64,7 +64,7 @@ void NSWindowController::showWindow(NSObject* sender) {
     return;
   const auto* view = dynamic_cast<const NSView*>(sender);
   if (view && view->window())
-    shown->setServedWindow(view->window());
+    shown->setOwnerWindow(view->window());
   shown->makeKeyAndOrderFront(sender);
 }
 

@@ -30,8 +30,8 @@ class NSWindowController : public NSResponder {
   /// The window and all other outlets are there, and everything of the file is awake.
   virtual void windowDidLoad() {}
 
-  /// Shows the window in front and gives it the keys. With a view as the sender, the window serves the view's
-  /// window.
+  /// Shows the window in front and gives it the keys. With a view as the sender, the view's window becomes
+  /// its owner.
   void showWindow(NSObject* sender);
   void close();
 

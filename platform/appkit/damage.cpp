@@ -1,4 +1,4 @@
-#include "appkit/damage.h"
+#include "appkit/private/damage.h"
 
 #include <algorithm>
 #include <cmath>

@@ -167,7 +167,7 @@ class PlatformWindow {
   virtual void releasePointer() = 0;
 
   /// The window's pixels, kept from frame to frame. None while the window system still reads the last frame
-  /// (then it calls for another turn of the run loop when it is done) and none for a window without area.
+  /// (then it calls for another pass of the run loop when it is done) and none for a window without area.
   virtual Pixels pixels() = 0;
   /// What was presented, to be read until the next call on the window; none before the first time.
   virtual Frame shownFrame() const = 0;

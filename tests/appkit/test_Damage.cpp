@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "appkit/damage.h"
+#include "appkit/private/damage.h"
 
 namespace cocoa {
 namespace {

@@ -62,7 +62,7 @@ class ColorWellTest : public WindowFixture {
   }
   HeadlessWindow& host() { return *system.windows()[0]; }
   HeadlessWindow& opened() { return *system.windows()[1]; }
-  NSColorPanel& panel() { return *dynamic_cast<NSColorPanel*>(window->servants().at(0)); }
+  NSColorPanel& panel() { return *dynamic_cast<NSColorPanel*>(window->ownedWindows().at(0)); }
   void activate() {
     click(host(), {20, 20});
     ASSERT_THAT(system.windows(), SizeIs(2));
@@ -334,7 +334,7 @@ TEST_F(ColorWellTest, ThePanelGoesWithTheLastWellOfItsWindow) {
   well->removeFromSuperview();
   EXPECT_FALSE(well->isActive());
   EXPECT_THAT(system.windows(), SizeIs(1));
-  EXPECT_THAT(window->servants(), IsEmpty());
+  EXPECT_THAT(window->ownedWindows(), IsEmpty());
 }
 
 TEST_F(ColorWellTest, ThePanelGoesWithItsWindow) {

@@ -104,10 +104,10 @@ TEST_F(WindowControllerTest, ShowsItForTheWindowOfTheViewThatAsks) {
   asking->orderFront(nullptr);
   const auto controller = make<PaletteController>();
   controller->showWindow(asking->contentView());
-  EXPECT_EQ(controller->window()->servedWindow(), asking.get());
+  EXPECT_EQ(controller->window()->ownerWindow(), asking.get());
   // A view that is in no window asks for itself alone.
   controller->showWindow(make<NSView>(NSRect{}).get());
-  EXPECT_EQ(controller->window()->servedWindow(), asking.get());
+  EXPECT_EQ(controller->window()->ownerWindow(), asking.get());
 }
 
 TEST_F(WindowControllerTest, ClosesTheWindowWhenItGoes) {

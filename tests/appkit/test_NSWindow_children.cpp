@@ -76,10 +76,10 @@ TEST_F(ChildWindowTest, GetsAWindowOfItsOwnAgainWithAParentThatWasDestroyed) {
 
 TEST_F(ChildWindowTest, LeavesTheWindowSystemWithAParentThatIsShownByAnother) {
   HeadlessWindowSystem other;
-  const auto served = make<NSWindow>(NSMakeRect(0, 0, 50, 50), NSTitledWindowMask);
-  served->setWindowSystem(&other);
+  const auto owner = make<NSWindow>(NSMakeRect(0, 0, 50, 50), NSTitledWindowMask);
+  owner->setWindowSystem(&other);
   parent->addChildWindow_ordered(child.get(), NSWindowAbove);
-  parent->setServedWindow(served.get());
+  parent->setOwnerWindow(owner.get());
   EXPECT_TRUE(system.windows().empty());
   EXPECT_FALSE(child->isVisible());
 }

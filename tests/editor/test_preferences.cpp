@@ -150,8 +150,8 @@ TEST_F(PreferencesTest, EachEditorHasAWindowOfItsOwnAndBothWriteTheSameKeys) {
   click_title(*second);
   KV_Ondex_Preference_Controller& other = *second->_preferences_controller;
   EXPECT_NE(one.window(), other.window());
-  EXPECT_EQ(one.window()->servedWindow(), window.get());
-  EXPECT_EQ(other.window()->servedWindow(), second_window.get());
+  EXPECT_EQ(one.window()->ownerWindow(), window.get());
+  EXPECT_EQ(other.window()->ownerWindow(), second_window.get());
   EXPECT_THAT(system.windows(), SizeIs(4));
   change(one, one._info_color_well, rgb(1, 0, 0).get());
   change(other, other._info_color_well, rgb(0, 0, 1).get());

@@ -78,7 +78,7 @@ class PreferencesOnX11 : public EditorFixture, public testing::WithParamInterfac
   }
   KV_Ondex_Preference_Controller& controller() { return *editor->_preferences_controller; }
   NSWindow& preferences_window() { return *controller().window(); }
-  NSWindow& panel() { return *preferences_window().servants().at(0); }
+  NSWindow& panel() { return *preferences_window().ownedWindows().at(0); }
   void open_preferences() {
     click_middle(*editor->_main_title);
     ASSERT_TRUE(until([&] { return editor->_preferences_controller && shows(preferences_window()); }));

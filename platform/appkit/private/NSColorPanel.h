@@ -51,7 +51,7 @@ class NSColorPanel : public NSWindow, private NSWindowDelegate {
 
  protected:
   /// Beside the window with the wells, where both can be seen.
-  NSPoint originFor(NSRect served, NSSize screen) const override;
+  NSPoint originFor(NSRect owner, NSSize screen) const override;
 
  private:
   template <typename T, typename... Args>
