@@ -15,20 +15,44 @@ DevicePoint point(CGFloat x, CGFloat y) {
 /// such as those of a capsule's cap and body, what is below would show through as a seam. The tolerance keeps
 /// sides together that were computed in different ways and fall midway between two edges. At a whole scale
 /// sides go to edges that they miss by no more than what rounding did to them.
+double snapped(double v, double scale) {
+  constexpr double noise = 1.0 / 1024;
+  const double nearest = std::floor(v + 0.5 + 1e-4);
+  return scale == std::floor(scale) && std::abs(v - nearest) > noise ? v : nearest;
+}
+
+/// Of an upright rectangle, whose sides go to pixel edges, those pixels; else none.
+PixelBounds clip_pixels(const CGContext& context, CGRect rect) {
+  const Matrix& m = context.state().ctm;
+  const auto x = static_cast<double>(rect.origin.x);
+  const auto y = static_cast<double>(rect.origin.y);
+  const DevicePoint a = m.apply(x, y);
+  const DevicePoint b =
+      m.apply(x + static_cast<double>(rect.size.width), y + static_cast<double>(rect.size.height));
+  if (m.xy != 0 || m.yx != 0)
+    return {};
+  PixelBounds pixels;
+  const double sides[] = {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+  int* const edges[] = {&pixels.x0, &pixels.y0, &pixels.x1, &pixels.y1};
+  for (int i = 0; i < 4; ++i) {
+    const double side = snapped(sides[i], context.scale);
+    // Also false of what is no number.
+    if (!(std::abs(side) < max_coordinate && side == std::floor(side)))
+      return {};
+    *edges[i] = static_cast<int>(side);
+  }
+  return pixels;
+}
+
 void add_clip_rect(CGContext& context, CGRect rect) {
   PathData& path = context.path;
   path.add_rect(context.state().ctm, rect);
   if (!path.is_box())
     return;
-  const bool whole_scale = context.scale == std::floor(context.scale);
-  const auto snapped = [whole_scale](double v) {
-    constexpr double noise = 1.0 / 1024;
-    const double nearest = std::floor(v + 0.5 + 1e-4);
-    return static_cast<CGFloat>(whole_scale && std::abs(v - nearest) > noise ? v : nearest);
-  };
+  const auto edge = [&context](double v) { return static_cast<CGFloat>(snapped(v, context.scale)); };
   const DeviceBox box = path.bounds();
-  const CGRect pixels = CGRectMake(snapped(box.x0), snapped(box.y0), snapped(box.x1) - snapped(box.x0),
-                                   snapped(box.y1) - snapped(box.y0));
+  const CGRect pixels =
+      CGRectMake(edge(box.x0), edge(box.y0), edge(box.x1) - edge(box.x0), edge(box.y1) - edge(box.y0));
   if (NSIsEmptyRect(pixels))
     return;
   path.clear();
@@ -37,14 +61,13 @@ void add_clip_rect(CGContext& context, CGRect rect) {
 
 void clip_to_path(CGContextRef context, FillRule rule) {
   if (context && !context->path.empty())
-    context->clip(context->take_path(), rule);
+    context->clip(context->fill_coverage(context->take_path(), rule));
 }
 
 }  // namespace
 
-void CGContext::clip(const PathData& clip_path, FillRule rule) {
+void CGContext::clip(const Coverage& coverage) {
   GraphicsState& s = state();
-  const Coverage coverage = fill_coverage(clip_path, rule);
   s.clip = intersection(s.clip, coverage);
   if (s.has_shadow)
     s.shadow.casting = intersection(s.shadow.casting, coverage);
@@ -122,9 +145,14 @@ void CGContextClipToRect(CGContextRef context, CGRect rect) {
     return;
   context->path.clear();
   // A rectangle without area, or with numbers that are none, becomes a path that encloses nothing.
-  if (!NSIsEmptyRect(rect))
+  const bool is_empty = NSIsEmptyRect(rect);
+  if (const PixelBounds pixels = is_empty ? PixelBounds{} : clip_pixels(*context, rect); !pixels.empty()) {
+    context->clip(box_coverage(pixels));
+    return;
+  }
+  if (!is_empty)
     add_clip_rect(*context, rect);
-  context->clip(context->take_path(), FillRule::nonzero);
+  context->clip(context->fill_coverage(context->take_path(), FillRule::nonzero));
 }
 CGRect CGContextGetClipBoundingBox(CGContextRef context) {
   if (!context || context->state().clip.bounds.empty())

@@ -46,14 +46,14 @@ Coverage moved(Coverage coverage, int dx, int dy) {
 }
 
 Coverage intersection(const Coverage& a, const Coverage& b) {
-  CoveredRows both(a, b);
-  const PixelBounds& bounds = both.bounds();
+  const PixelBounds bounds = intersection(a.bounds, b.bounds);
   if (bounds.empty())
     return box_coverage({});
   if (!a.rows || !b.rows) {
     const Coverage& with_rows = a.rows ? a : b;
     return {bounds, with_rows.rows, with_rows.x, with_rows.y};
   }
+  CoveredRows both(a, b);
   CoverageRows rows;
   for (int y = bounds.y0; y < bounds.y1; ++y) {
     for (const CoveredPart& part : both.row(y))

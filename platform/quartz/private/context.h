@@ -99,8 +99,8 @@ struct CGContext : Counted {
   Target& target() { return targets.back(); }
   const Target& target() const { return targets.back(); }
 
-  /// Intersects the clip with a path.
-  void clip(const PathData& path, FillRule rule);
+  /// Intersects the clip.
+  void clip(const Coverage& coverage);
   /// What the path covers, at least as far as it can be seen.
   Coverage fill_coverage(const PathData& shape, FillRule rule);
   /// The same for its stroke.
