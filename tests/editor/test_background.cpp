@@ -18,7 +18,7 @@ class BackgroundTest : public EditorFixture {
  protected:
   void draw(int w, int h) {
     width = w;
-    pixels.assign(static_cast<size_t>(w * h), 0);
+    pixels.assign(static_cast<size_t>(w) * static_cast<size_t>(h), 0);
     CGContextRef context = CGBitmapContextCreateWithScale(
         pixels.data(), static_cast<size_t>(w), static_cast<size_t>(h), static_cast<size_t>(w) * 4, 1);
     const auto view = make<KVOndexView>(NSMakeRect(0, 0, static_cast<CGFloat>(w), static_cast<CGFloat>(h)));
@@ -30,7 +30,8 @@ class BackgroundTest : public EditorFixture {
   }
   /// Within 1/255 of (0.9 k, 0.62 k, 0.5 k).
   void expect_warm(int x, int y, double k) {
-    const uint32_t pixel = pixels[static_cast<size_t>(y * width + x)];
+    const uint32_t pixel =
+        pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
     EXPECT_NEAR((pixel >> 16) & 0xFF, 255 * 0.9 * k, 1.01) << x;
     EXPECT_NEAR((pixel >> 8) & 0xFF, 255 * 0.62 * k, 1.01) << x;
     EXPECT_NEAR(pixel & 0xFF, 255 * 0.5 * k, 1.01) << x;

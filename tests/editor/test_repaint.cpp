@@ -74,7 +74,7 @@ TEST_P(Repaint, OfPartsComesToTheSameAsOfTheWhole) {
   std::uniform_real_distribution<float> part(0, 1);
   const int steps = GetParam() > 2 ? 3 : 9;
   for (int step = 0; step < steps; ++step) {
-    const unsigned id = static_cast<unsigned>(random() % 7);
+    const auto id = static_cast<unsigned>(random() % 7);
     effect.setFromHost(id, part(random) * (id == 2 ? 1 : 20));
     if (step % 3 == 0) {
       const auto& readout = *readouts()[random() % 7];

@@ -53,7 +53,7 @@ std::set<std::string> last_words(const std::string& text) {
   std::set<std::string> words;
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);)
-    words.insert(line.substr(line.find_last_of(" ") + 1));
+    words.insert(line.substr(line.find_last_of(' ') + 1));
   return words;
 }
 

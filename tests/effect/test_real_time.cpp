@@ -13,7 +13,7 @@
 namespace ondex::test {
 namespace {
 
-constexpr Controls lively = {5, 6, 0.9F, 2, 3, 1, 2};
+constexpr Controls busy = {5, 6, 0.9F, 2, 3, 1, 2};
 
 TEST(RealTimeTrap, lets_plain_work_come_to_its_end) {
   volatile double sum = 0;
@@ -52,13 +52,13 @@ TEST(RealTimeTrap, reaches_into_the_plug_in) {
 
 TEST(EffectRealTime, runs_without_allocations_locks_and_system_calls) {
   constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-  constexpr std::array<Controls, 5> settings = {lively,
+  constexpr std::array<Controls, 5> settings = {busy,
                                                 {20, 20, 1, 20, 20, 20, 20},
                                                 default_controls,
                                                 {5, 5, 0, 5, 5, 5, 5},
                                                 {nan, -1, 99, nan, nan, 0, 0}};
   constexpr std::array<uint32_t, 8> sizes = {0, 1, 63, 64, 960, 4096, 3, 1024};
-  Plugin plugin(48000, lively);
+  Plugin plugin(48000, busy);
   const Stereo sound = noise(4096, 1);
   Stereo output = constant(4096, 0);
   // The first block counts too.

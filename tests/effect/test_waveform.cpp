@@ -86,16 +86,17 @@ TEST(EffectWaveform, follows_the_formula_at_any_setting) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<float> to_20(0, 20);
   std::uniform_real_distribution<float> to_1(0, 1);
-  for (int i = 0; i < 50; ++i)
+  for (int i = 0; i < 50; ++i) {
     expect_formula(44100,
                    {to_20(random), to_20(random), to_1(random), to_20(random), to_20(random), to_20(random),
                     to_20(random)},
                    3000);
+  }
 }
 
 TEST(EffectWaveform, is_where_the_formula_is_after_an_hour) {
   constexpr double sample_rate = 8000;
-  constexpr uint64_t hour = 3600 * 8000;
+  constexpr uint64_t hour = uint64_t{3600} * 8000;
   const Controls controls = {19.7F, 0.013F, 1, 17.3F, 20, 19.1F, 20};
   Plugin plugin(sample_rate, controls);
   // The plug-in passes the hour at depth 0, where it has less to do; its phases go on all the same.

@@ -5,12 +5,12 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pthread.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <cstddef>
 #include <cstring>

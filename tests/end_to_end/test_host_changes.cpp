@@ -20,8 +20,9 @@ class HostSession : public BareSessionTest {
       if (before.pixels[i] == after.pixels[i])
         continue;
       const auto width = static_cast<size_t>(before.width);
+      const size_t row = i / width;
       const Position place = {(static_cast<double>(i % width) + 0.5) / scale,
-                              (before.height - static_cast<double>(i / width) - 0.5) / scale};
+                              (before.height - static_cast<double>(row) - 0.5) / scale};
       bool inside = false;
       for (size_t c = 0; c < controls.size(); ++c) {
         const Area& area = controls[c];

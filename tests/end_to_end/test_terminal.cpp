@@ -1,8 +1,8 @@
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cstdlib>
 
 #include "session.h"
 

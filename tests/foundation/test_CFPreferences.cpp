@@ -56,10 +56,11 @@ class CFPreferencesTest : public testing::Test {
     // Once to write what the test has left, once to forget it.
     synchronize();
     synchronize();
-    if (before_)
+    if (before_) {
       setenv("XDG_CONFIG_HOME", before_->c_str(), 1);
-    else
+    } else {
       unsetenv("XDG_CONFIG_HOME");
+    }
   }
 
   TemporaryFolder folder_;

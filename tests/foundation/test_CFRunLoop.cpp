@@ -314,6 +314,7 @@ TEST_F(RunLoop, LosesNoSignalOfOtherThreads) {
   int seen = 0;
   const auto source = loop.addSource([&] { seen = wanted; });
   std::vector<std::thread> senders;
+  senders.reserve(4);
   for (int i = 0; i < 4; ++i) {
     senders.emplace_back([&] {
       for (int k = 0; k < 20000; ++k) {

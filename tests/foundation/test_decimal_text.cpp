@@ -10,7 +10,8 @@ namespace cocoa {
 namespace {
 
 std::string zeros(size_t count) {
-  return std::string(count, '0');
+  std::string text(count, '0');
+  return text;
 }
 
 std::optional<double> read(const std::string& text) {

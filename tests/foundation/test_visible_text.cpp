@@ -26,8 +26,12 @@ TEST(VisibleText, WritesControlsAsAStringOfCDoes) {
 
 TEST(VisibleText, WritesWhatBreaksOrTurnsALine) {
   EXPECT_EQ(visible_text("a\u2028b"), R"(a\xe2\x80\xa8b)");
-  EXPECT_EQ(visible_text("a\u202Eb"), R"(a\xe2\x80\xaeb)");
-  EXPECT_EQ(visible_text("a\u2066b"), R"(a\xe2\x81\xa6b)");
+  EXPECT_EQ(visible_text("a\xe2\x80\xae"
+                         "b"),
+            R"(a\xe2\x80\xaeb)");
+  EXPECT_EQ(visible_text("a\xe2\x81\xa6"
+                         "b"),
+            R"(a\xe2\x81\xa6b)");
 }
 
 TEST(VisibleText, WritesBytesThatAreNoText) {

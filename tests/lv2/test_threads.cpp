@@ -7,7 +7,7 @@
 namespace ondex::test {
 namespace {
 
-constexpr Place on_title = {430, 24};
+constexpr Place on_the_title = {430, 24};
 
 class Threads : public HostTest {
  protected:
@@ -19,7 +19,7 @@ class Threads : public HostTest {
     });
   }
   void click_title() {
-    point(on_title);
+    point(on_the_title);
     settle();
     user.click(1);
   }
@@ -41,7 +41,7 @@ TEST_F(Threads, an_editor_made_on_one_is_turned_on_another) {
 
 TEST_F(Threads, every_call_may_come_on_one_of_its_own) {
   open();
-  point(on_title);
+  point(on_the_title);
   elsewhere([this] { host.idleFor(0.06); });
   user.click(1);
   EXPECT_TRUE(test_support::wait_until([this] {

@@ -16,7 +16,7 @@ using namespace cocoa;
 
 namespace {
 
-constexpr CGFloat sheet_height = 640;
+constexpr CGFloat contact_sheet_height = 640;
 
 void show_captions(Sheet& sheet) {
   const NSRect frame = NSMakeRect(0, 0, 96, 14);
@@ -90,7 +90,7 @@ void show_graphs(Sheet& sheet) {
 }  // namespace
 
 Ref<NSView> contact_sheet() {
-  const auto sheet = make<Sheet>(sheet_height);
+  const auto sheet = make<Sheet>(contact_sheet_height);
   show_captions(*sheet);
   show_readouts(*sheet);
   show_knobs(*sheet);

@@ -63,7 +63,7 @@ class EntryPictures : public EditorFixture {
   void take() {
     for (const int scale : {1, 2}) {
       Picture& taken = pictures[static_cast<size_t>(scale - 1)];
-      const Picture next = picture_of(*make<PartOfWindow>(*window, NSMakeRect(20, 12, 330, 90)).get(), scale);
+      const Picture next = picture_of(*make<PartOfWindow>(*window, NSMakeRect(20, 12, 330, 90)), scale);
       taken.width = next.width;
       taken.height += next.height;
       taken.pixels.insert(taken.pixels.end(), next.pixels.begin(), next.pixels.end());

@@ -110,7 +110,9 @@ TEST_F(WindowPictures, HaveChildWindowsInTheirPlaces) {
   const Picture taken = picture();
   ASSERT_EQ(taken.width, 40);
   ASSERT_EQ(taken.height, 20);
-  const auto at = [&taken](int x, int y) { return taken.pixels[static_cast<size_t>(y * taken.width + x)]; };
+  const auto at = [&taken](int x, int y) {
+    return taken.pixels[static_cast<size_t>(y) * static_cast<size_t>(taken.width) + static_cast<size_t>(x)];
+  };
   // From 12 points on to the right edge and beyond, 4 to 7 points above the lower edge.
   EXPECT_EQ(at(23, 8), red);
   EXPECT_EQ(at(24, 8), green);

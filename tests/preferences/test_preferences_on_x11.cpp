@@ -132,9 +132,10 @@ TEST_P(PreferencesOnX11, AreMovedByTheirBackgroundAndTheColourPanelByItsOwn) {
   open_panel(*controller()._info_color_well);
   // The panel's rim, and the margin around the parts of the colour panel.
   for (const auto& [which, x, y] : {std::tuple(&preferences_window(), 8, 12), std::tuple(&panel(), 3, 3)}) {
-    const xcb_window_t moved = id(*which);
+    const NSWindow& moving = *which;
+    const xcb_window_t moved = id(moving);
     const XClient::Geometry before = user.geometry(moved);
-    point(*which, x, y);
+    point(moving, x, y);
     user.press(1);
     const int right = before.x + x;
     const int down = before.y + before.height - 1 - y;
@@ -155,7 +156,7 @@ TEST_P(PreferencesOnX11, AreMovedByTheirBackgroundAndTheColourPanelByItsOwn) {
       ASSERT_TRUE(user.wait_for_manager());
     }
     EXPECT_TRUE(until([&] {
-      return which->frame() == NSMakeRect(after.x, 800 - after.y - after.height, after.width, after.height);
+      return moving.frame() == NSMakeRect(after.x, 800 - after.y - after.height, after.width, after.height);
     }));
     EXPECT_EQ(user.geometry(moved), after);
   }

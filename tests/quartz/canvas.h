@@ -71,10 +71,11 @@ class Canvas {
   };
   Extents painted() const {
     Extents e{width_, height_, 0, 0};
-    for (int y = 0; y < height_; ++y)
+    for (int y = 0; y < height_; ++y) {
       for (int x = 0; x < width_; ++x)
         if (at(x, y).alpha > 0)
           e = {std::min(e.left, x), std::min(e.bottom, y), std::max(e.right, x + 1), std::max(e.top, y + 1)};
+    }
     return e;
   }
 

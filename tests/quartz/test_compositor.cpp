@@ -136,7 +136,8 @@ TEST(Compositor, PicturesArePaintedAsTheyAreAndWithLess) {
         as_it_is);
   for (int y = 3; y < 6; ++y) {
     for (int x = 2; x < 6; ++x)
-      EXPECT_EQ(target[static_cast<size_t>(10 * y + x)], picture[static_cast<size_t>(4 * (y - 3) + x - 2)]);
+      EXPECT_EQ(target[size_t{10} * static_cast<size_t>(y) + static_cast<size_t>(x)],
+                picture[static_cast<size_t>(4 * (y - 3) + x - 2)]);
   }
   std::fill(target.begin(), target.end(), 0);
   PictureSource half(view, 0.5);
@@ -156,7 +157,7 @@ TEST(Compositor, ShapeAndClipAreBothRespected) {
   paint({target.data(), 10, {0, 0, 10, 10}}, shape, clip, white);
   for (int y = 0; y < 10; ++y) {
     for (int x = 0; x < 10; ++x) {
-      const auto i = static_cast<size_t>(10 * y + x);
+      const auto i = size_t{10} * static_cast<size_t>(y) + static_cast<size_t>(x);
       const bool within = x >= 3 && x < 8 && y >= 2 && y < 9;
       EXPECT_NEAR(channel_of(target[i], 3), within ? bytes[i] * 128 / 255.0 : 0, 1) << x << ", " << y;
     }

@@ -65,7 +65,7 @@ TEST(StrokeOutline, RoundOnesCoverAllWithinHalfTheWidthAndNoMore) {
     for (int y = 0; y < 60; ++y) {
       for (int x = 0; x < 60; ++x) {
         const double distance = distance_to(lines, x + 0.5, y + 0.5);
-        const int byte = bytes[static_cast<size_t>(60 * y + x)];
+        const int byte = bytes[size_t{60} * static_cast<size_t>(y) + static_cast<size_t>(x)];
         // Half a pixel's diagonal.
         if (distance < width / 2 - 0.72) {
           ASSERT_EQ(byte, 255) << x << ", " << y << " line " << i;
@@ -95,7 +95,9 @@ TEST(StrokeOutline, ClosedOnesHaveJoinsAndNoCaps) {
     for (int x = 0; x < 60; ++x) {
       const bool outside = x < 17 || y < 17 || x >= 43 || y >= 43;
       const bool hole = x >= 23 && y >= 23 && x < 37 && y < 37;
-      ASSERT_EQ(bytes[static_cast<size_t>(60 * y + x)], outside || hole ? 0 : 255) << x << ", " << y;
+      ASSERT_EQ(bytes[size_t{60} * static_cast<size_t>(y) + static_cast<size_t>(x)],
+                outside || hole ? 0 : 255)
+          << x << ", " << y;
     }
   }
 }
@@ -106,7 +108,8 @@ TEST(StrokeOutline, ThereAndBackAgainIsALine) {
   for (int y = 0; y < 60; ++y) {
     for (int x = 0; x < 60; ++x) {
       const bool within = x >= 20 && x < 40 && y >= 28 && y < 32;
-      ASSERT_EQ(bytes[static_cast<size_t>(60 * y + x)], within ? 255 : 0) << x << ", " << y;
+      ASSERT_EQ(bytes[size_t{60} * static_cast<size_t>(y) + static_cast<size_t>(x)], within ? 255 : 0)
+          << x << ", " << y;
     }
   }
 }
@@ -173,6 +176,7 @@ void add_contour(std::vector<TestEdge>& edges, const std::vector<DevicePoint>& c
 
 std::vector<DevicePoint> ellipse_contour(DevicePoint center, double rx, double ry, int corners) {
   std::vector<DevicePoint> contour;
+  contour.reserve(static_cast<size_t>(corners));
   for (int i = 0; i < corners; ++i)
     contour.push_back(
         {center.x + rx * std::cos(2 * pi * i / corners), center.y + ry * std::sin(2 * pi * i / corners)});

@@ -112,7 +112,7 @@ TEST(Arc, IsRoundAndStartsWithALineFromTheCurrentPoint) {
   CGContextMoveToPoint(c, 20, 20);
   CGContextAddArc(c, 20, 20, 15, 0, half_turn, 0);
   CGContextFillPath(c);
-  for (int y = 0; y < 40; ++y)
+  for (int y = 0; y < 40; ++y) {
     for (int x = 0; x < 40; ++x) {
       const double r = std::hypot(x + 0.5 - 20, y + 0.5 - 20);
       if (y < 20 || r > 16) {
@@ -121,6 +121,7 @@ TEST(Arc, IsRoundAndStartsWithALineFromTheCurrentPoint) {
         EXPECT_EQ(canvas.at(x, y), black_pixel) << x << ", " << y;
       }
     }
+  }
 }
 
 TEST(Arc, AWholeTurnIsACircleEitherWay) {

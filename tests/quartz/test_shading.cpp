@@ -47,7 +47,7 @@ TEST(AxialShading, DiagonalAgreesWithItsFunctionAtEveryPixelCentre) {
                      rgba[0] = rgba[1] = rgba[2] = static_cast<CGFloat>(ribs(static_cast<double>(t)));
                      rgba[3] = 1;
                    }));
-  for (int y = 0; y < 50; ++y)
+  for (int y = 0; y < 50; ++y) {
     for (int x = 0; x < 50; ++x) {
       const double t = ((x + 0.5 - 4) * 42 + (y + 0.5 - 4) * 36) / (42.0 * 42 + 36.0 * 36);
       if (std::abs(t) < 1e-9 || std::abs(t - 1) < 1e-9)
@@ -55,6 +55,7 @@ TEST(AxialShading, DiagonalAgreesWithItsFunctionAtEveryPixelCentre) {
       const int level = byte_of(ribs(t));
       expect_near(canvas.at(x, y), t > 0 && t < 1 ? Pixel{level, level, level, 255} : clear_pixel, 1, x, y);
     }
+  }
 }
 
 TEST(AxialShading, PaintsTheRowsAndColumnsThatItsEndsCut) {
@@ -136,7 +137,7 @@ TEST(AxialShading, PaintsOnlyInsideTheClip) {
   CGContextAddEllipseInRect(canvas.context(), CGRectMake(10, 5, 40, 30));
   CGContextClip(canvas.context());
   draw_and_release(canvas.context(), axial({10, 0}, {50, 0}, ramp));
-  for (int y = 0; y < 40; ++y)
+  for (int y = 0; y < 40; ++y) {
     for (int x = 0; x < 60; ++x) {
       // How far inside the ellipse, in units of its radii, with room for the edge pixels.
       const double r = std::hypot((x + 0.5 - 30) / 20, (y + 0.5 - 20) / 15);
@@ -146,6 +147,7 @@ TEST(AxialShading, PaintsOnlyInsideTheClip) {
         expect_near(canvas.at(x, y), ramp_pixel((x + 0.5 - 10) / 40), 1, x, y);
       }
     }
+  }
 }
 
 TEST(AxialShading, ReachesEveryPixelOfAClipBetweenPixels) {
@@ -197,7 +199,7 @@ TEST(AxialShading, TakesTheAlphaOfTheState) {
 }
 
 TEST(AxialShading, EachEndIsExtendedOnItsOwn) {
-  for (const bool start : {false, true})
+  for (const bool start : {false, true}) {
     for (const bool end : {false, true}) {
       Canvas canvas(30, 4);
       draw_and_release(canvas.context(), axial({10, 0}, {20, 0}, ramp, start, end));
@@ -206,12 +208,13 @@ TEST(AxialShading, EachEndIsExtendedOnItsOwn) {
       EXPECT_EQ(canvas.at(20, 1), end ? ramp_pixel(1) : clear_pixel);
       EXPECT_EQ(canvas.at(29, 1), end ? ramp_pixel(1) : clear_pixel);
     }
+  }
 }
 
 TEST(RadialShading, FromTheRimToTheCentreAgreesWithItsFunction) {
   Canvas canvas(100, 100);
   draw_and_release(canvas.context(), radial({50, 48}, 45, {50, 48}, 0, ramp));
-  for (int y = 0; y < 100; ++y)
+  for (int y = 0; y < 100; ++y) {
     for (int x = 0; x < 100; ++x) {
       const double distance = std::hypot(x + 0.5 - 50, y + 0.5 - 48);
       // Half a pixel beyond the end counts as the end.
@@ -220,6 +223,7 @@ TEST(RadialShading, FromTheRimToTheCentreAgreesWithItsFunction) {
       const double t = std::max(0.0, 1 - distance / 45);
       expect_near(canvas.at(x, y), distance < 45.5 ? ramp_pixel(t) : clear_pixel, 1, x, y);
     }
+  }
 }
 
 TEST(RadialShading, InAClipOfItsOwnSizeIsAsSmoothAsAColour) {
@@ -268,7 +272,7 @@ TEST(RadialShading, TowardsAPointOffTheCentre) {
 }
 
 TEST(RadialShading, EachEndIsExtendedOnItsOwn) {
-  for (const bool start : {false, true})
+  for (const bool start : {false, true}) {
     for (const bool end : {false, true}) {
       Canvas canvas(60, 60);
       draw_and_release(canvas.context(), radial({30, 30}, 20, {30, 30}, 10, ramp, start, end));
@@ -276,6 +280,7 @@ TEST(RadialShading, EachEndIsExtendedOnItsOwn) {
       EXPECT_EQ(canvas.at(30, 30), end ? ramp_pixel(1) : clear_pixel);
       expect_near(canvas.at(45, 30), ramp_pixel((20 - std::hypot(15.5, 0.5)) / 10), 1, 45, 30);
     }
+  }
 }
 
 TEST(RadialShading, CirclesOfOneSizeMakeAStripe) {

@@ -53,10 +53,11 @@ TEST(Shadow, BlurIsThreeAveragesWhoseHalfWidthsSumToIt) {
   std::fill(up.begin() + 40, up.begin() + 46, 1.0);
   across = averaged(averaged(averaged(across, 2), 2), 1);
   up = averaged(averaged(averaged(up, 2), 2), 1);
-  for (int y = 30; y < 60; ++y)
+  for (int y = 30; y < 60; ++y) {
     for (int x = 0; x < 60; ++x)
       EXPECT_NEAR(canvas.at(x, y).alpha, 255 * across[static_cast<size_t>(x)] * up[static_cast<size_t>(y)], 1)
           << x << ", " << y;
+  }
 }
 
 TEST(Shadow, OffsetAndBlurDoNotFollowTheTransformButTheScaleOfTheContext) {
@@ -133,7 +134,7 @@ TEST(Shadow, AShadingCastsOneInTheShapeOfItsClip) {
                             rgba[1] = rgba[2] = 0;
                           },
                           true, true));
-  for (int y = 0; y < 80; ++y)
+  for (int y = 0; y < 80; ++y) {
     for (int x = 0; x < 80; ++x) {
       const double shape = std::hypot(x + 0.5 - 40, y + 0.5 - 40);
       const double shadow = std::hypot(x + 0.5 - 30, y + 0.5 - 30);
@@ -145,6 +146,7 @@ TEST(Shadow, AShadingCastsOneInTheShapeOfItsClip) {
         EXPECT_EQ(canvas.at(x, y), clear_pixel) << x << ", " << y;
       }
     }
+  }
 }
 
 TEST(Shadow, AShadingLooksAsItDoesWithoutOne) {
@@ -166,7 +168,7 @@ TEST(Shadow, AShadingLooksAsItDoesWithoutOne) {
     CGContextAddRect(c, CGRectMake(35, 30, 23, 15));
     CGContextEOClip(c);
     draw();
-    const std::vector<uint32_t> alone = canvas.pixels();
+    std::vector<uint32_t> alone = canvas.pixels();
     set_shadow(c, {-6, 4}, 3, 0, 0, 1, 1);
     draw();
     EXPECT_EQ(canvas.pixels(), alone) << is_round;

@@ -96,7 +96,7 @@ TEST(Text, WrapsBetweenWordsAndWithinAWordThatIsTooWide) {
 
 TEST(Text, ThatIsClippedOrShortenedStaysBetweenTheSides) {
   for (const auto line_break :
-       {LineBreak::clip, LineBreak::truncate_head, LineBreak::truncate_tail, LineBreak::truncate_middle})
+       {LineBreak::clip, LineBreak::truncate_head, LineBreak::truncate_tail, LineBreak::truncate_middle}) {
     for (const auto alignment : {TextAlignment::left, TextAlignment::center, TextAlignment::right}) {
       Canvas canvas(100, 40);
       TextStyle style = style_of(20, alignment);
@@ -106,6 +106,7 @@ TEST(Text, ThatIsClippedOrShortenedStaysBetweenTheSides) {
       EXPECT_LE(canvas.painted().right, 71);
       EXPECT_GT(canvas.painted().right - canvas.painted().left, 25);
     }
+  }
 }
 
 TEST(Text, SizeIsNotRoundedAndGrowsWithTheFont) {

@@ -30,7 +30,7 @@ void with_fonts(const std::string& rules, const Use& use) {
 }
 
 std::string rule(const std::string& property, const std::string& value) {
-  return "<match target=\"font\"><edit name=\"" + property + "\" mode=\"assign\">" + value +
+  return R"(<match target="font"><edit name=")" + property + R"(" mode="assign">)" + value +
          "</edit></match>";
 }
 

@@ -59,7 +59,7 @@ TEST(TextPlaces, ALetterWithItsAccentsIsOneStep) {
     for (size_t inside = 0; inside < behind; ++inside)
       EXPECT_EQ(caret(text, inside), 0) << text << ' ' << inside;
     EXPECT_NEAR(caret(text, behind), 1260, 0.1) << text;
-    for (double x = -10; x < 2900; x += 10) {
+    for (int x = -10; x < 2900; x += 10) {
       const size_t offset = offset_at(text, x);
       EXPECT_TRUE(offset == 0 || offset == behind || offset == text.size()) << text << ' ' << x;
     }

@@ -11,7 +11,7 @@ Command read(std::string_view line) {
   return command ? *command : Command();
 }
 
-std::string error_of(std::string_view line) {
+std::string fault_of(std::string_view line) {
   const cocoa::Result<Command> command = read_command(line);
   return command ? "" : command.cause();
 }
@@ -36,19 +36,19 @@ TEST(Commands, APicturesNameMayHoldBlanks) {
 }
 
 TEST(Commands, WhatIsWrongIsSaidInOneLineAndIsNoCommand) {
-  EXPECT_EQ(error_of("sett 1 2"), "unknown command 'sett'");
-  EXPECT_EQ(error_of("set 1"), "set wants ID VALUE");
-  EXPECT_EQ(error_of("set 1 2 3"), "set wants ID VALUE");
-  EXPECT_EQ(error_of("set 7 0"), "no parameter '7': there are 0 to 6");
-  EXPECT_EQ(error_of("set -1 0"), "no parameter '-1': there are 0 to 6");
-  EXPECT_EQ(error_of("set 1 fast"), "'fast' is not a number");
-  EXPECT_EQ(error_of("set 1 1,5"), "'1,5' is not a number");
-  EXPECT_EQ(error_of("set 2 1.5"), "1.5 is outside the range of parameter 2, 0 to 1");
-  EXPECT_EQ(error_of("set 0 -0.5"), "-0.5 is outside the range of parameter 0, 0 to 20");
-  EXPECT_EQ(error_of("get"), "get wants ID");
-  EXPECT_EQ(error_of("screenshot"), "screenshot wants the name of a file");
-  EXPECT_EQ(error_of("list all"), "list wants nothing more");
-  EXPECT_EQ(error_of("quit now"), "quit wants nothing more");
+  EXPECT_EQ(fault_of("sett 1 2"), "unknown command 'sett'");
+  EXPECT_EQ(fault_of("set 1"), "set wants ID VALUE");
+  EXPECT_EQ(fault_of("set 1 2 3"), "set wants ID VALUE");
+  EXPECT_EQ(fault_of("set 7 0"), "no parameter '7': there are 0 to 6");
+  EXPECT_EQ(fault_of("set -1 0"), "no parameter '-1': there are 0 to 6");
+  EXPECT_EQ(fault_of("set 1 fast"), "'fast' is not a number");
+  EXPECT_EQ(fault_of("set 1 1,5"), "'1,5' is not a number");
+  EXPECT_EQ(fault_of("set 2 1.5"), "1.5 is outside the range of parameter 2, 0 to 1");
+  EXPECT_EQ(fault_of("set 0 -0.5"), "-0.5 is outside the range of parameter 0, 0 to 20");
+  EXPECT_EQ(fault_of("get"), "get wants ID");
+  EXPECT_EQ(fault_of("screenshot"), "screenshot wants the name of a file");
+  EXPECT_EQ(fault_of("list all"), "list wants nothing more");
+  EXPECT_EQ(fault_of("quit now"), "quit wants nothing more");
 }
 
 }  // namespace

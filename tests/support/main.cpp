@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
-#include <stdlib.h>
+
+#include <cstdlib>
 
 #include "build_paths.h"
 

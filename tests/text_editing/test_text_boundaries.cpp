@@ -80,7 +80,7 @@ TEST(Utf8Line, ALineEndsTheTextAndBlankLinesBeforeItAreNone) {
 TEST(Utf8Line, TabsBecomeBlanksAndControlsNothing) {
   EXPECT_EQ(utf8_line(std::string_view("a\tb\x01\x7f"
                                        "c\0d",
-                                       9),
+                                       8),
                       100)
                 .substr(0, 4),
             "a bc");

@@ -122,11 +122,12 @@ void EditorTrial::checkValues(const Editor& editor) {
     return;
   unsigned id = 0;
   for (const KV_Ondex_Parameter_Control_View* readout : readouts_of(*editor.view)) {
-    const float shown = static_cast<float>(readout->current_value());
+    const auto shown = static_cast<float>(readout->current_value());
     const float expected = shown_for(effect_->value(id), id);
-    if (shown != expected)
+    if (shown != expected) {
       trace_.fault("readout %u shows %.9g and not %.9g", id, static_cast<double>(shown),
                    static_cast<double>(expected));
+    }
     if (readout == editor.view->_current_parameter_view) {
       const double pointed = editor.view->_knob->current_value();
       trace_.expect(std::abs(pointed - readout->current_value()) < 1e-6,

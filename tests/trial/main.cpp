@@ -1,9 +1,8 @@
 // ondex-trial: tries seed after seed, for as long as one likes, or what a fuzzer has found.
 
-#include <stdlib.h>
-
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>

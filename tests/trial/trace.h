@@ -31,7 +31,7 @@ class Trace {
   /// trial, says before what was done in the trial.
   static void reportDeaths(unsigned seconds);
   /// What the trial is called there.
-  static void setTitle(std::string_view title);
+  static void setTitle(std::string_view name);
 
  private:
   void add(const char* mark, const char* format, va_list arguments) __attribute__((format(printf, 3, 0)));

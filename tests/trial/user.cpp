@@ -194,7 +194,7 @@ void User::letGo(HeadlessWindowSystem& system) {
     return;
   trace_.note("let go");
   // Whoever got no press knows of no release.
-  const std::vector<HeadlessWindow*> windows = system.windows();
+  std::vector<HeadlessWindow*> windows = system.windows();
   for (HeadlessWindow* window : windows)
     window->release();
 }

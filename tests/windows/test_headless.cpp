@@ -67,8 +67,8 @@ TEST_F(Headless, OfAWindowTooLargeToBeDrawnTheMiddleIs) {
   const NSRect frame = w.frame();
   EXPECT_EQ(frame.size,
             (NSSize{static_cast<CGFloat>(pixels.width / 2.0), static_cast<CGFloat>(pixels.height / 2.0)}));
-  EXPECT_NEAR(static_cast<double>(NSMinX(frame) + NSWidth(frame) / 2), 100 + 16384 / 2, 1);
-  EXPECT_NEAR(static_cast<double>(NSMinY(frame) + NSHeight(frame) / 2), 200 + 8192 / 2, 1);
+  EXPECT_NEAR(static_cast<double>(NSMinX(frame) + NSWidth(frame) / 2), 100 + 8192, 1);
+  EXPECT_NEAR(static_cast<double>(NSMinY(frame) + NSHeight(frame) / 2), 200 + 4096, 1);
   w.resize({60, 40});
   system.dispatch();
   EXPECT_EQ(w.frame(), NSMakeRect(100, 200, 60, 40));

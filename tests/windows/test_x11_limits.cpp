@@ -75,7 +75,8 @@ TEST_F(X11Limits, APopupShowsWhatIsBelowItInAWindowTooLargeToBeDrawn) {
   fill(w, 0xffffffff);
   const Pixels pixels = w.pixels();
   for (int y = 0; y < 100; ++y)
-    std::fill_n(reinterpret_cast<uint32_t*>(pixels.data) + y * pixels.width, 60, 0xff204080);
+    std::fill_n(reinterpret_cast<uint32_t*>(pixels.data) + static_cast<ptrdiff_t>(y) * pixels.width, 60,
+                0xff204080);
   present(w);
   ASSERT_TRUE(until([&] { return w.frame().origin.x == 100; }));
   PlatformWindow& popup = open(other, other_recorder, WindowKind::popup, NSMakeRect(140, 700, 40, 40));

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "pasteboard_client.h"
 #include "x11_fixture.h"
 
@@ -76,7 +78,7 @@ TEST_F(X11Pasteboard, TellsTheTargetsAndTheTimeThatItServes) {
   ask("CLIPBOARD", "TIMESTAMP");
   ASSERT_EQ(program.words().size(), 1U);
   const double click = recorder.of(WindowEventType::mouse_down).front().timestamp;
-  EXPECT_EQ(program.words().front(), static_cast<uint32_t>(click * 1000 + 0.5));
+  EXPECT_EQ(program.words().front(), static_cast<uint32_t>(std::lround(click * 1000)));
   EXPECT_TRUE(w.viewable());
   user.release(1);
 }
