@@ -152,6 +152,17 @@ size_t blend_blocks(uint32_t*, size_t, const FineColor*, const uint8_t*) {
 template <bool is_one, bool is_covered>
 void blend(uint32_t* pixels, size_t count, const FineColor* colors, const uint8_t* coverage) {
   size_t i = blend_blocks<is_one, is_covered>(pixels, count, colors, coverage);
+  if (i == count)
+    return;
+  // Behind blocks comes one that ends with the row and leaves those before as they are.
+  if (blocks && is_covered && i > 0) {
+    std::array<uint8_t, 4> last{};
+    const size_t from = count - last.size();
+    std::memcpy(last.data(), coverage + from, last.size());
+    std::memset(last.data(), 0, i - from);
+    blend_blocks<is_one, true>(pixels + from, last.size(), is_one ? colors : colors + from, last.data());
+    return;
+  }
   // Many parts of rows are short. What is left is a block too, of which the rest is not kept, unless it is
   // one.
   if (const size_t rest = count - i; blocks && rest > 1) {

@@ -20,12 +20,6 @@ uint64_t word_at(const uint8_t* bytes, int x, int count) {
   return result;
 }
 
-enum class Extent { none, some, all };
-
-Extent extent_of(uint64_t pixels) {
-  return pixels == 0 ? Extent::none : ~pixels == 0 ? Extent::all : Extent::some;
-}
-
 }  // namespace
 
 void CoverageRows::add_run(int x0, int x1, const uint8_t* bytes) {
@@ -37,24 +31,34 @@ void CoverageRows::add_run(int x0, int x1, const uint8_t* bytes) {
 }
 
 void CoverageRows::add_row(const uint8_t* bytes, int count) {
-  for (int x = 0; x < count;) {
-    const Extent extent = extent_of(word_at(bytes, x, count));
-    const int begin = x;
-    do
-      x += word;
-    while (x < count && extent_of(word_at(bytes, x, count)) == extent);
-    if (extent == Extent::all) {
-      add_run(begin, x, nullptr);
-    } else if (extent == Extent::some) {
-      int first = begin;
-      int last = std::min(x, count);
-      while (bytes[first] == 0)
-        ++first;
-      while (bytes[last - 1] == 0)
-        --last;
+  // Shorter stretches of nothing or all take less among their neighbours' bytes than runs of their own.
+  constexpr int worth_a_run = 4 * word;
+  const auto add_bytes = [&](int first, int last) {
+    while (first < last && bytes[first] == 0)
+      ++first;
+    while (first < last && bytes[last - 1] == 0)
+      --last;
+    if (first < last)
       add_run(first, last, bytes + first);
-    }
+  };
+  int begin = 0;
+  for (int x = 0; x < count;) {
+    const uint64_t pixels = word_at(bytes, x, count);
+    const int first = x;
+    x += word;
+    // Neither nothing nor all.
+    if (pixels + 1 > 1)
+      continue;
+    while (x < count && word_at(bytes, x, count) == pixels)
+      x += word;
+    if (x - first < worth_a_run)
+      continue;
+    add_bytes(begin, first);
+    if (pixels != 0)
+      add_run(first, x, nullptr);
+    begin = x;
   }
+  add_bytes(begin, count);
   end_row();
 }
 

@@ -41,8 +41,8 @@ std::vector<uint8_t> random_bytes(std::mt19937& random, size_t count) {
 }
 
 TEST(CoverageRows, HoldAllThatIsCoveredAndNoLongGaps) {
-  for (int length = 1; length < 100; ++length) {
-    for (int distance = 1; distance < 40; distance += 3) {
+  for (int length = 1; length < 300; length += 1 + length / 20) {
+    for (int distance = 1; distance < 100; distance += 3) {
       std::vector<uint8_t> bytes(static_cast<size_t>(length));
       for (int i = length % 7; i < length; i += distance)
         bytes[static_cast<size_t>(i)] = 1;
@@ -52,13 +52,25 @@ TEST(CoverageRows, HoldAllThatIsCoveredAndNoLongGaps) {
       for (const CoverageRows::Run& run : rows.row(0)) {
         ASSERT_TRUE(run.x0 < run.x1 && run.x1 <= length && rows.bytes_of(run));
         std::copy_n(rows.bytes_of(run), run.x1 - run.x0, found.begin() + run.x0);
-        constexpr std::array<uint8_t, 16> gap{};
+        constexpr std::array<uint8_t, 46> gap{};
         const uint8_t* const last = rows.bytes_of(run) + (run.x1 - run.x0);
         EXPECT_EQ(std::search(rows.bytes_of(run), last, gap.begin(), gap.end()), last);
       }
       ASSERT_EQ(found, bytes) << length << " " << distance;
     }
   }
+}
+
+TEST(CoverageRows, HaveOneRunForManyShortStretches) {
+  // As a row of a wild curve has them: each is shorter than what painting it on its own takes.
+  std::vector<uint8_t> bytes;
+  for (int i = 0; i < 40; ++i)
+    bytes.insert(bytes.end(), 8 + static_cast<size_t>(i % 3) * 8, i % 2 ? 0 : 255);
+  const auto count = static_cast<int>(bytes.size());
+  CoverageRows rows;
+  rows.add_row(bytes.data(), count);
+  EXPECT_EQ(rows.row(0).size(), 1U);
+  EXPECT_EQ(bytes_of(row_coverage(std::move(rows), 0, 0), {0, 0, count, 1}), bytes);
 }
 
 TEST(CoverageRows, OfABodyTakeBytesAtItsEdgesOnly) {
