@@ -22,7 +22,7 @@ void fill_grey(CGContextRef c, CGFloat grey, CGFloat alpha) {
   CGContextFillEllipseInRect(c, CGRectMake(20, 15, 35, 25));
 }
 
-void ramp(CGFloat t, CGFloat* rgba) {
+void rising_red(CGFloat t, CGFloat* rgba) {
   rgba[0] = t;
   rgba[1] = rgba[2] = 0;
   rgba[3] = 1 - t / 2;
@@ -34,8 +34,9 @@ struct Shadings {
       CGShadingRelease(shading);
   }
   /// That take a table, and one that does not.
-  CGShadingRef all[3] = {radial({35, 30}, 18, {35, 30}, 0, ramp), axial({15, 10}, {55, 30}, ramp, true, true),
-                         axial({15, 10}, {35, 30}, ramp, true, true)};
+  CGShadingRef all[3] = {radial({35, 30}, 18, {35, 30}, 0, rising_red),
+                         axial({15, 10}, {55, 30}, rising_red, true, true),
+                         axial({15, 10}, {35, 30}, rising_red, true, true)};
 };
 
 /// One shape in several places, sizes, colours and manners, and its shadows; of each two that differ in one
@@ -198,7 +199,7 @@ TEST(CachedDrawing, AKeptShadingIsAskedForAColourOnce) {
   int calls = 0;
   CGShadingRef shading = radial({35, 30}, 18, {35, 30}, 0, [&](CGFloat t, CGFloat* rgba) {
     ++calls;
-    ramp(t, rgba);
+    rising_red(t, rgba);
   });
   Canvas canvas(width, height);
   CGContextDrawShading(canvas.context(), shading);
