@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <limits>
-#include <utility>
 
+#include "appkit/NSGraphicsContext.h"
 #include "appkit/NSWindow.h"
+#include "appkit/private/NSTextField_parts.h"
 #include "foundation/InterfaceDecoder.h"
 
 namespace cocoa {
@@ -15,9 +16,10 @@ const Class NSTextField::class_ = {
     .initWithFrame = [](NSRect frame) { return Ref<NSObject>(make<NSTextField>(frame)); },
     .initWithInterface = [](InterfaceDecoder& decoder) { return Ref<NSObject>(make<NSTextField>(decoder)); }};
 
-NSTextField::NSTextField(NSRect frame) : NSView(frame) {}
+NSTextField::NSTextField(NSRect frame) : NSView(frame), parts_(std::make_unique<Parts>(*this)) {}
 
-NSTextField::NSTextField(InterfaceDecoder& decoder) : NSView(decoder) {}
+NSTextField::NSTextField(InterfaceDecoder& decoder)
+    : NSView(decoder), parts_(std::make_unique<Parts>(*this)) {}
 
 NSTextField::~NSTextField() = default;
 
@@ -31,47 +33,27 @@ void NSTextField::applyInterface(InterfaceDecoder& decoder) {
 
 // The value
 
-void NSTextField::setValue(std::string text, double number) {
+void NSTextField::setStringValue(NSString* text) {
   abortEditing();
-  text_ = std::move(text);
-  number_ = number;
+  parts_->value.setText(text ? text->view() : std::string_view(), formatter());
   setNeedsDisplay(true);
 }
 
-namespace {
-/// Every digit of numbers without a formatter.
-const NSNumberFormatter& plain_formatter() {
-  static const Ref<NSNumberFormatter> formatter = [] {
-    auto made = make<NSNumberFormatter>();
-    made->setMaximumFractionDigits(std::numeric_limits<int>::max());
-    return made;
-  }();
-  return *formatter;
+void NSTextField::setFloatValue(float number) {
+  abortEditing();
+  parts_->value.setNumber(number, formatter());
+  setNeedsDisplay(true);
 }
-}  // namespace
 
-void NSTextField::setStringValue(NSString* text) {
-  const std::string_view view = text ? text->view() : std::string_view();
-  const NSNumberFormatter& reader = formatter() ? *formatter() : plain_formatter();
-  setValue(std::string(view), reader.numberFromString(view).value_or(0));
+void NSTextField::setDoubleValue(double number) {
+  abortEditing();
+  parts_->value.setNumber(number, formatter());
+  setNeedsDisplay(true);
 }
 
 Ref<NSString> NSTextField::stringValue() {
   validateEditing();
-  return make<NSString>(text_);
-}
-
-void NSTextField::setFloatValue(float number) {
-  const NSNumberFormatter& writer = formatter() ? *formatter() : plain_formatter();
-  setValue(writer.stringFromNumber(number), static_cast<double>(number));
-}
-
-void NSTextField::setDoubleValue(double number) {
-  setValue(textOf(number), number);
-}
-
-std::string NSTextField::textOf(double number) const {
-  return (formatter() ? *formatter() : plain_formatter()).stringFromNumber(number);
+  return make<NSString>(parts_->value.text());
 }
 
 float NSTextField::floatValue() {
@@ -81,32 +63,119 @@ float NSTextField::floatValue() {
 
 double NSTextField::doubleValue() {
   validateEditing();
-  return number_;
+  return parts_->value.number();
+}
+
+// Editing
+
+bool NSTextField::isEditing() const {
+  return parts_->session.isEditing();
+}
+
+bool NSTextField::isRefused() const {
+  return parts_->session.isRefused();
+}
+
+const EditedText& NSTextField::editedText() const {
+  return parts_->session.text();
+}
+
+const std::string& NSTextField::shownText() const {
+  return isEditing() ? editedText().text() : parts_->value.text();
 }
 
 bool NSTextField::validateEditing() {
-  if (!editing_ || edited_.text() == text_)
-    return true;
-  const std::string& typed = edited_.text();
-  if (!formatter()) {
-    number_ = plain_formatter().numberFromString(typed).value_or(0);
-    text_ = typed;
-    return true;
-  }
-  const auto number = formatter()->numberFromString(typed);
-  if (!number)
-    return false;
-  number_ = *number;
-  text_ = typed;
-  return true;
+  const std::string& typed = shownText();
+  return typed == parts_->value.text() || parts_->value.take(typed, formatter());
 }
 
 bool NSTextField::abortEditing() {
-  abandonPaste();
-  const bool was_editing = editing_;
+  parts_->session.abandonPaste();
+  const bool was_editing = isEditing();
   if (was_editing)
-    endEditing();
+    parts_->session.end();
   return was_editing;
+}
+
+void NSTextField::beginEditing() {
+  parts_->session.begin(parts_->value.text());
+}
+
+void NSTextField::selectText(NSObject*) {
+  if (window() && window()->firstResponder() != this) {
+    window()->makeFirstResponder(this);
+    return;
+  }
+  if (window())
+    beginEditing();
+}
+
+bool NSTextField::becomeFirstResponder() {
+  beginEditing();
+  return true;
+}
+
+bool NSTextField::resignFirstResponder() {
+  // What is there so far is not what the user meant.
+  if (parts_->session.isPasting())
+    abortEditing();
+  const bool changed = shownText() != parts_->value.text();
+  if (!validateEditing()) {
+    parts_->session.refuse();
+    return false;
+  }
+  parts_->session.end();
+  if (changed && cell_->sends_action_on_end_editing)
+    sendAction();
+  return true;
+}
+
+/// Return: takes the text and tells, or shows that it cannot be taken.
+void NSTextField::commit() {
+  const Ref<NSTextField> self(this);
+  if (!validateEditing())
+    return parts_->session.refuse();
+  beginEditing();
+  sendAction();
+}
+
+// Events
+
+void NSTextField::viewDidMoveToWindow() {
+  abortEditing();
+}
+
+void NSTextField::becomeKeyWindow() {
+  parts_->session.restartBlinking();
+}
+
+void NSTextField::resignKeyWindow() {
+  parts_->session.abandonPaste();
+  parts_->session.restartBlinking();
+}
+
+void NSTextField::keyDown(NSEvent* event) {
+  if (!parts_->session.keyDown(event))
+    NSView::keyDown(event);
+}
+
+void NSTextField::mouseDown(NSEvent* event) {
+  if (!parts_->session.mouseDown(event))
+    NSView::mouseDown(event);
+}
+
+void NSTextField::mouseDragged(NSEvent* event) {
+  parts_->session.mouseDragged(event);
+}
+
+void NSTextField::mouseUp(NSEvent* event) {
+  parts_->session.mouseUp(event);
+}
+
+void NSTextField::rightMouseDown(NSEvent* event) {
+  constexpr int middle_button = 2;
+  if (event->buttonNumber() != middle_button || !parts_->session.middleMouseDown(event))
+    NSView::rightMouseDown(event);
 }
 
 // Looks
@@ -151,6 +220,10 @@ void NSTextField::setDrawsBackground(bool draws) {
 void NSTextField::setBordered(bool bordered) {
   cell_->bordered = bordered;
   setNeedsDisplay(true);
+}
+
+void NSTextField::drawRect(NSRect) {
+  parts_->line.draw(NSGraphicsContext::currentContext()->graphicsPort());
 }
 
 // Target and action

@@ -1,22 +1,17 @@
 #pragma once
 
-#include <deque>
-#include <optional>
+#include <memory>
 #include <string>
 
 #include "appkit/NSEvent.h"
 #include "appkit/NSTextFieldCell.h"
 #include "appkit/NSView.h"
 #include "foundation/ActionSource.h"
-#include "foundation/CFRunLoop.h"
-#include "quartz/text.h"
 #include "text_editing/EditedText.h"
-#include "windows/window_system.h"
 
 namespace cocoa {
 
 class NSTextField;
-struct TextCommand;
 
 /// What a text field tells its delegate.
 class NSTextFieldDelegate {
@@ -76,15 +71,15 @@ class NSTextField : public NSView, public ActionSource {
 
   /// Starts editing, with all text selected.
   void selectText(NSObject* sender);
-  bool isEditing() const { return editing_; }
+  bool isEditing() const;
   /// Ends editing without taking what was typed; whether there was any.
   bool abortEditing();
   /// Takes what is typed as the value; false, and nothing changes, when it is refused.
   bool validateEditing();
   /// Whether the text in the field was refused and has not been changed since.
-  bool isRefused() const { return refused_; }
+  bool isRefused() const;
   /// The text that shows and its selection, for accessibility and for tests.
-  const EditedText& editedText() const { return edited_; }
+  const EditedText& editedText() const;
 
   bool acceptsFirstResponder() const override { return cell_->editable || cell_->selectable; }
   bool becomeFirstResponder() override;
@@ -104,54 +99,20 @@ class NSTextField : public NSView, public ActionSource {
   void drawRect(NSRect dirty) override;
 
  private:
-  void setValue(std::string text, double number);
-  std::string textOf(double number) const;
-  bool sendAction();
+  friend class TextEditingSession;
+  friend class TextFieldLine;
+  struct Parts;
+
+  const std::string& shownText() const;
   void beginEditing();
-  void endEditing();
   void commit();
-
-  bool perform(const TextCommand& command);
-  bool change(const TextCommand& command);
-  void textChanged();
-  void selectionChanged(bool by_user);
-  void offer(Pasteboard pasteboard);
-  void paste(Pasteboard pasteboard);
-  bool isPasting() const;
-  void takeText(const std::optional<std::string>& text);
-  void abandonPaste();
-  bool waitsForPaste(NSEvent* event);
-  void replay(NSEvent* event);
-
-  bool showsSelection() const;
-  void restartBlinking();
-  void scheduleBlink();
-  const std::string& shownText() const { return editing_ ? edited_.text() : text_; }
-  NSRect textRect() const;
-  TextStyle textStyle() const;
-  CGFloat textStart() const;
-  void scrollToCaret();
-  size_t offsetAt(NSPoint place) const;
-  void drawFrame(CGContextRef context) const;
-  void drawSelection(CGContextRef context) const;
-  void drawCaret(CGContextRef context) const;
+  bool sendAction();
 
   Ref<NSTextFieldCell> cell_ = make<NSTextFieldCell>();
-  std::string text_;   ///< the value
-  double number_ = 0;  ///< the value as a number, which the text may show rounded
-  EditedText edited_;
   WeakRef<NSObject> target_;
   SEL action_;
   NSTextFieldDelegate* delegate_ = nullptr;
-  bool editing_ = false;
-  bool refused_ = false;
-  bool selecting_ = false;  ///< by the mouse
-  bool caret_shows_ = false;
-  CGFloat scrolled_ = 0;  ///< how far the text is moved to the left, in points, when it is too wide
-  CFRunLoop::AttachmentRef blink_;
-  const WindowSystem* asked_ = nullptr;  ///< for a text that has not come yet
-  unsigned pastes_ = 0;                  ///< so far, to know the one that is waited for
-  std::deque<Ref<NSEvent>> waiting_;     ///< for that text
+  std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace cocoa

@@ -1,4 +1,5 @@
 #include "appkit/NSEvent.h"
+#include "quartz/text.h"
 #include "text_field_fixture.h"
 
 namespace cocoa {

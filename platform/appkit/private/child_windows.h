@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "appkit/NSView.h"
+#include "appkit/NSWindow.h"
 
 namespace cocoa {
 
