@@ -256,8 +256,7 @@ void NSColorPanel::windowWillClose(NSWindow*) {
 NSPoint NSColorPanel::originFor(NSRect owner, NSSize screen) const {
   const CGFloat right = NSMaxX(owner) + gap_to_owner;
   const bool fits = right + NSWidth(frame()) <= screen.width;
-  return {fits ? right : NSMinX(owner) - gap_to_owner - NSWidth(frame()),
-          NSMaxY(owner) - NSHeight(frame())};
+  return {fits ? right : NSMinX(owner) - gap_to_owner - NSWidth(frame()), NSMaxY(owner) - NSHeight(frame())};
 }
 
 }  // namespace cocoa
