@@ -9,14 +9,9 @@ namespace {
 
 constexpr int word = sizeof(uint64_t);
 
-/// Pixels from x on; what lies behind the row is not covered.
-uint64_t word_at(const uint8_t* bytes, int x, int count) {
+uint64_t word_at(const uint8_t* bytes) {
   uint64_t result = 0;
-  if (x + word <= count) {
-    std::memcpy(&result, bytes + x, word);
-  } else {
-    std::memcpy(&result, bytes + x, static_cast<size_t>(count - x));
-  }
+  std::memcpy(&result, bytes, word);
   return result;
 }
 
@@ -42,14 +37,15 @@ void CoverageRows::add_row(const uint8_t* bytes, int count) {
       add_run(first, last, bytes + first);
   };
   int begin = 0;
-  for (int x = 0; x < count;) {
-    const uint64_t pixels = word_at(bytes, x, count);
+  const int end = count - count % word;
+  for (int x = 0; x < end;) {
+    const uint64_t pixels = word_at(bytes + x);
     const int first = x;
     x += word;
     // Neither nothing nor all.
     if (pixels + 1 > 1)
       continue;
-    while (x < count && word_at(bytes, x, count) == pixels)
+    while (x < end && word_at(bytes + x) == pixels)
       x += word;
     if (x - first < worth_a_run)
       continue;

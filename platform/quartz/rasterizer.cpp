@@ -47,12 +47,14 @@ void Rasterizer::draw(const Polygon& polygon, FillRule rule, PixelBounds area, u
   width_ = static_cast<uint64_t>(area.width());
   cells_.assign(static_cast<size_t>(area.width()) + 1, 0);
   set_edges(polygon);
-  none_.left = none_.right = INT64_MAX;
-  active_.resize(edges_.size() + 1);
-  active_end_ = active_.data();
+  before_all_.left = before_all_.right = INT64_MIN;
+  behind_all_.left = behind_all_.right = INT64_MAX;
+  active_.resize(edges_.size() + 2);
+  active_[0] = &before_all_;
+  active_end_ = active_.data() + 1;
   for (int row = area.y0; row < area.y1; ++row, bytes += bytes_per_row) {
     go_to_row(row);
-    if (active_end_ == active_.data()) {
+    if (active_end_ == active_.data() + 1) {
       std::memset(bytes, 0, static_cast<size_t>(area.width()));
       continue;
     }
@@ -110,43 +112,43 @@ void Rasterizer::add_edge(GridPoint from, GridPoint to) {
 }
 
 void Rasterizer::go_to_row(int row) {
-  Edge* const* const end = active_end_;
-  active_end_ = active_.data();
-  for (Edge* const* edge = active_.data(); edge < end; ++edge) {
+  Edge** end = active_.data() + 1;
+  for (Edge* const* edge = end; edge < active_end_; ++edge) {
     Edge& e = **edge;
     if (row > e.last_row)
       continue;
     e.x = e.next_x;
-    e.top = 0;
     if (row < e.last_row) {
       e.height = GridPoint::pixel;
+      e.top = 0;
       e.next_x += e.step;
     } else {
       e.height = e.end.y - row * GridPoint::pixel;
+      e.top = 0;
       e.next_x = place_of(e.end.x);
     }
-    keep(e);
+    keep(e, end++);
   }
   for (int32_t i = first_in_row_[static_cast<size_t>(row - area_.y0)]; i >= 0;
        i = edges_[static_cast<size_t>(i)].next)
-    keep(edges_[static_cast<size_t>(i)]);
-  *active_end_ = &none_;
+    keep(edges_[static_cast<size_t>(i)], end++);
+  *end = &behind_all_;
+  active_end_ = end;
 }
 
-inline void Rasterizer::keep(Edge& edge) {
+inline void Rasterizer::keep(Edge& edge, Edge** end) {
   edge.left = std::min(edge.x, edge.next_x);
   edge.right = std::max(edge.x, edge.next_x);
   // Nearly in order from the row before.
-  Edge** place = active_end_++;
-  for (; place > active_.data() && place[-1]->left > edge.left; --place)
-    *place = place[-1];
-  *place = &edge;
+  for (; end[-1]->left > edge.left; --end)
+    *end = end[-1];
+  *end = &edge;
 }
 
 void Rasterizer::sweep() {
   const Place end = Place{area_.x1} << place_bits;
   int winding = 0;
-  const Edge* const* edge = active_.data();
+  const Edge* const* edge = active_.data() + 1;
   while ((*edge)->left < end) {
     const Edge* const* const first = edge++;
     Place right = (*first)->right;

@@ -50,8 +50,8 @@ class Rasterizer {
   void add_edge(GridPoint from, GridPoint to);
   /// Cuts the edges by the row, which follows the last one, and puts those that are in it in order.
   void go_to_row(int row);
-  /// Behind those that lie further left.
-  void keep(Edge& edge);
+  /// Puts it behind those that lie further left and end before that place.
+  static void keep(Edge& edge, Edge** end);
   void sweep();
   /// Adds what a group that ends at `right` covers; from the winding number on its left it makes that on its
   /// right.
@@ -82,9 +82,10 @@ class Rasterizer {
   uint64_t width_ = 0;  ///< of the area
   std::vector<Edge> edges_;
   std::vector<int32_t> first_in_row_;
-  std::vector<Edge*> active_;    ///< left to right, and behind them one that no other touches
-  Edge** active_end_ = nullptr;  ///< where that one is
-  Edge none_{};
+  std::vector<Edge*> active_;    ///< left to right, between two that no other touches
+  Edge** active_end_ = nullptr;  ///< where the second of these is
+  Edge before_all_{};
+  Edge behind_all_{};
   std::vector<int32_t> heights_;
   std::vector<Span> spans_;
   std::vector<Span> spans_below_;
