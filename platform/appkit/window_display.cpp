@@ -75,9 +75,10 @@ bool WindowDisplay::hasMemoryToDraw() {
     pixels += static_cast<size_t>(rect.width) * static_cast<size_t>(rect.height);
   const bool lacked_memory =
       std::exchange(lacks_memory_, !has_memory(pixels * bytes_a_pixel + bytes_besides));
-  if (lacks_memory_ && !lacked_memory)
+  if (lacks_memory_ && !lacked_memory) {
     NSLog("There is no memory to draw %zu pixels of the window \"%.64s\" with.", pixels,
           window_.title().c_str());
+  }
   return !lacks_memory_;
 }
 
