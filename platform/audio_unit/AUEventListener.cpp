@@ -104,16 +104,6 @@ OSStatus AUEventListenerAddEventType(AUEventListenerRef inListener, void* inObje
   return noErr;
 }
 
-OSStatus AUEventListenerRemoveEventType(AUEventListenerRef inListener, void* inObject,
-                                        const AudioUnitEvent* inEvent) {
-  const std::shared_ptr<EventListener> listener = listeners.find(inListener);
-  // What was registered may be taken back even when its unit has gone.
-  if (!listener || !inEvent || inEvent->mEventType > kAudioUnitEvent_PropertyChange)
-    return kAudio_ParamError;
-  listener->remove(inObject, *inEvent);
-  return noErr;
-}
-
 OSStatus AUEventListenerNotify(AUEventListenerRef inSendingListener, void* inSendingObject,
                                const AudioUnitEvent* inEvent) {
   if (const OSStatus status = check(inEvent); status != noErr)

@@ -54,19 +54,15 @@ OSStatus AUListenerDispose(AUParameterListenerRef inListener);
 OSStatus AUEventListenerAddEventType(AUEventListenerRef inListener, void* inObject,
                                      const AudioUnitEvent* inEvent);
 
-/// Takes the registration back, together with what was sent but not told yet. One that is not there is no
-/// error.
-OSStatus AUEventListenerRemoveEventType(AUEventListenerRef inListener, void* inObject,
-                                        const AudioUnitEvent* inEvent);
-
 /// Tells everybody registered for the event, except: with a sending listener and object, that object of that
 /// listener; with a sending listener and no object, all objects of that listener. Without a sending listener
 /// nobody is left out. Any thread.
 OSStatus AUEventListenerNotify(AUEventListenerRef inSendingListener, void* inSendingObject,
                                const AudioUnitEvent* inEvent);
 
-/// Writes the parameter as AudioUnitSetParameter does, then tells its listeners as AUEventListenerNotify
-/// does. Any thread.
+/// Writes the value as it is given, whatever the parameter's range, tells the host (EffectInstance::onWrite),
+/// then the parameter's listeners as AUEventListenerNotify does. Values take effect at once, so the offset,
+/// in frames of the host's next buffer, changes nothing. Any thread.
 OSStatus AUParameterSet(AUParameterListenerRef inSendingListener, void* inSendingObject,
                         const AudioUnitParameter* inParameter, AudioUnitParameterValue inValue,
                         UInt32 inBufferOffsetInFrames);

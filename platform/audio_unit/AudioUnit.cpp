@@ -42,21 +42,6 @@ OSStatus AudioUnitGetParameter(AudioUnit inUnit, AudioUnitParameterID inID, Audi
   return effect->read(inID, *outValue) ? noErr : kAudioUnitErr_InvalidParameter;
 }
 
-OSStatus AudioUnitSetParameter(AudioUnit inUnit, AudioUnitParameterID inID, AudioUnitScope inScope,
-                               AudioUnitElement inElement, AudioUnitParameterValue inValue,
-                               UInt32 /*inBufferOffsetInFrames*/) {
-  std::shared_ptr<Effect> effect;
-  if (const OSStatus status = find_effect({inUnit, inID, inScope, inElement}, effect); status != noErr)
-    return status;
-  {
-    const std::lock_guard lock(audio_unit_lock);
-    if (!effect->write(inID, inValue))
-      return kAudioUnitErr_InvalidParameter;
-  }
-  tell_host_of_write(*effect, inID, inValue);
-  return noErr;
-}
-
 OSStatus AUParameterSet(AUParameterListenerRef inSendingListener, void* inSendingObject,
                         const AudioUnitParameter* inParameter, AudioUnitParameterValue inValue,
                         UInt32 /*inBufferOffsetInFrames*/) {

@@ -82,11 +82,4 @@ static_assert(sizeof(AudioUnitEvent) == (sizeof(void*) == 8 ? 32 : 20));
 OSStatus AudioUnitGetParameter(AudioUnit inUnit, AudioUnitParameterID inID, AudioUnitScope inScope,
                                AudioUnitElement inElement, AudioUnitParameterValue* outValue);
 
-/// Writes the value as it is given, whatever the parameter's range, and tells the host (EffectInstance::
-/// onWrite) but no listener: AUParameterSet does that. Values take effect at once, so the offset, in frames
-/// of the host's next buffer, changes nothing.
-OSStatus AudioUnitSetParameter(AudioUnit inUnit, AudioUnitParameterID inID, AudioUnitScope inScope,
-                               AudioUnitElement inElement, AudioUnitParameterValue inValue,
-                               UInt32 inBufferOffsetInFrames);
-
 }  // namespace cocoa

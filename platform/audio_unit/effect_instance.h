@@ -44,7 +44,7 @@ class EffectInstance {
   /// The current value; NaN when there is no such parameter. Any thread.
   Float32 value(AudioUnitParameterID id) const;
 
-  /// Called after each write that comes through AudioUnitSetParameter or AUParameterSet, never for
+  /// Called after each write that comes through AUParameterSet, never for
   /// setFromHost, on the thread that writes; before the listeners of that thread's loop are told.
   /// Observers are set before an editor is given the unit.
   void onWrite(std::function<void(AudioUnitParameterID id, Float32 value)> observe);

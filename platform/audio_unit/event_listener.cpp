@@ -65,10 +65,6 @@ EventListener::EventListener(AUEventListenerProc proc, void* user_data, CFRunLoo
     source_ = loop.addSource([this] { startRound(); });
 }
 
-bool EventListener::Registration::operator==(const Registration& other) const {
-  return object == other.object && first_ticket == other.first_ticket && same_subject(event, other.event);
-}
-
 void EventListener::add(void* object, const AudioUnitEvent& event) {
   const std::lock_guard lock(audio_unit_lock);
   const auto same = [&](const Registration& r) { return r.object == object && same_subject(r.event, event); };
@@ -76,20 +72,9 @@ void EventListener::add(void* object, const AudioUnitEvent& event) {
     registrations_.push_back({object, event, tickets_});
 }
 
-void EventListener::remove(void* object, const AudioUnitEvent& event) {
-  const std::lock_guard lock(audio_unit_lock);
-  std::erase_if(registrations_,
-                [&](const Registration& r) { return r.object == object && same_subject(r.event, event); });
-}
-
 bool EventListener::isRegisteredFor(const AudioUnitEvent& event) const {
   return std::any_of(registrations_.begin(), registrations_.end(),
                      [&](const Registration& r) { return is_told(r.event, event); });
-}
-
-bool EventListener::isRegistered(const Registration& registration) const {
-  const std::lock_guard lock(audio_unit_lock);
-  return std::find(registrations_.begin(), registrations_.end(), registration) != registrations_.end();
 }
 
 /// The parameters of the unit whose values somebody is registered for.
@@ -177,8 +162,7 @@ void EventListener::tell(const SentEvent& sent, std::span<const SentEvent> later
   const auto host_time = static_cast<UInt64>(std::max(sent.time, 0.0) * 1e9);
   for (const Registration& registration : registrations) {
     if (!is_told(registration.event, sent.event) || sent.ticket < registration.first_ticket ||
-        is_excluded(sent, registration.object) || is_overwritten(sent, later, registration.object) ||
-        !isRegistered(registration)) {
+        is_excluded(sent, registration.object) || is_overwritten(sent, later, registration.object)) {
       continue;
     }
     const std::optional<Float32> value = value_to_tell(registration.event, sent);

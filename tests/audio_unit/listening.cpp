@@ -61,10 +61,6 @@ void Listener::add(int object, const AudioUnitEvent& event) {
   EXPECT_EQ(AUEventListenerAddEventType(ref, &objects[object], &event), noErr);
 }
 
-void Listener::remove(int object, const AudioUnitEvent& event) {
-  EXPECT_EQ(AUEventListenerRemoveEventType(ref, &objects[object], &event), noErr);
-}
-
 Reports Listener::take() {
   return std::exchange(reports_, {});
 }

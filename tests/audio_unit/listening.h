@@ -55,7 +55,6 @@ class Listener {
 
   void dispose();
   void add(int object, const AudioUnitEvent& event);
-  void remove(int object, const AudioUnitEvent& event);
   /// What has been told since the last call.
   Reports take();
 

@@ -31,6 +31,12 @@ OSStatus get(AudioUnit unit, AudioUnitParameterID id, Float32* value) {
   return AudioUnitGetParameter(unit, id, global, 0, value);
 }
 
+OSStatus set(AudioUnit unit, AudioUnitParameterID id, Float32 value, AudioUnitScope scope = global,
+             AudioUnitElement element = 0) {
+  const AudioUnitParameter parameter = {unit, id, scope, element};
+  return AUParameterSet(nullptr, nullptr, &parameter, value, 0);
+}
+
 TEST(AudioUnit, StartsWithItsDefaults) {
   const EffectInstance effect(seven_parameters());
   ASSERT_NE(effect.audio_unit(), nullptr);
@@ -44,7 +50,7 @@ TEST(AudioUnit, StartsWithItsDefaults) {
 
 TEST(AudioUnit, KeepsWhatIsWritten) {
   const EffectInstance effect(seven_parameters());
-  EXPECT_EQ(AudioUnitSetParameter(effect.audio_unit(), 3, global, 0, 0.75F, 64), noErr);
+  EXPECT_EQ(set(effect.audio_unit(), 3, 0.75F), noErr);
   Float32 value = -1;
   EXPECT_EQ(get(effect.audio_unit(), 3, &value), noErr);
   EXPECT_EQ(value, 0.75F);
@@ -55,7 +61,7 @@ TEST(AudioUnit, KeepsWhatIsWritten) {
 TEST(AudioUnit, StoresValuesOutOfRangeAsTheyAre) {
   EffectInstance effect(seven_parameters());
   const AudioUnit unit = effect.audio_unit();
-  EXPECT_EQ(AudioUnitSetParameter(unit, 0, global, 0, 1e30F, 0), noErr);
+  EXPECT_EQ(set(unit, 0, 1e30F), noErr);
   EXPECT_EQ(effect.value(0), 1e30F);
   EXPECT_TRUE(effect.setFromHost(0, -std::numeric_limits<Float32>::infinity()));
   EXPECT_EQ(effect.value(0), -std::numeric_limits<Float32>::infinity());
@@ -72,11 +78,10 @@ TEST(AudioUnit, TellsWrongPlacesApart) {
   EXPECT_EQ(AudioUnitGetParameter(unit, 0, global, 1, &value), kAudioUnitErr_InvalidElement);
   EXPECT_EQ(get(unit, 0, nullptr), kAudio_ParamError);
   EXPECT_EQ(value, 7) << "untouched by a failure";
-  EXPECT_EQ(AudioUnitSetParameter(unit, 7, global, 0, 1, 0), kAudioUnitErr_InvalidParameter);
-  EXPECT_EQ(AudioUnitSetParameter(unit, kAUParameterListener_AnyParameter, global, 0, 1, 0),
-            kAudioUnitErr_InvalidParameter);
-  EXPECT_EQ(AudioUnitSetParameter(unit, 0, kAudioUnitScope_Input, 0, 1, 0), kAudioUnitErr_InvalidScope);
-  EXPECT_EQ(AudioUnitSetParameter(unit, 0, global, 2, 1, 0), kAudioUnitErr_InvalidElement);
+  EXPECT_EQ(set(unit, 7, 1), kAudioUnitErr_InvalidParameter);
+  EXPECT_EQ(set(unit, kAUParameterListener_AnyParameter, 1), kAudioUnitErr_InvalidParameter);
+  EXPECT_EQ(set(unit, 0, 1, kAudioUnitScope_Input), kAudioUnitErr_InvalidScope);
+  EXPECT_EQ(set(unit, 0, 1, global, 2), kAudioUnitErr_InvalidElement);
   EXPECT_EQ(effect.value(0), 0);
 }
 
@@ -98,9 +103,7 @@ TEST(AudioUnit, ThatIsNullOrHasGoneIsAnErrorAndNoCrash) {
   for (const AudioUnit unit : {AudioUnit{}, gone, wild}) {
     Float32 value = 7;
     EXPECT_EQ(get(unit, 0, &value), badComponentInstance);
-    EXPECT_EQ(AudioUnitSetParameter(unit, 0, global, 0, 1, 0), badComponentInstance);
-    const AudioUnitParameter parameter = parameter_of(unit, 0);
-    EXPECT_EQ(AUParameterSet(nullptr, nullptr, &parameter, 1, 0), badComponentInstance);
+    EXPECT_EQ(set(unit, 0, 1), badComponentInstance);
     const AudioUnitEvent event = test::value_change(unit, 0);
     EXPECT_EQ(AUEventListenerNotify(nullptr, nullptr, &event), badComponentInstance);
     const AudioUnitEvent property = test::property_change(unit, 0);
@@ -132,10 +135,9 @@ TEST(EffectInstance, HearsOfTheEditorsWritesButNotOfItsHosts) {
     writes.emplace_back(id, value);
   });
   effect.setFromHost(1, 0.1F);
-  const AudioUnitParameter parameter = parameter_of(effect.audio_unit(), 2);
-  EXPECT_EQ(AUParameterSet(nullptr, nullptr, &parameter, 0.2F, 0), noErr);
-  EXPECT_EQ(AudioUnitSetParameter(effect.audio_unit(), 3, global, 0, 0.3F, 0), noErr);
-  EXPECT_NE(AudioUnitSetParameter(effect.audio_unit(), 9, global, 0, 0.9F, 0), noErr);
+  EXPECT_EQ(set(effect.audio_unit(), 2, 0.2F), noErr);
+  EXPECT_EQ(set(effect.audio_unit(), 3, 0.3F), noErr);
+  EXPECT_NE(set(effect.audio_unit(), 9, 0.9F), noErr);
   EXPECT_EQ(writes, (Writes{{2, 0.2F}, {3, 0.3F}}));
 }
 

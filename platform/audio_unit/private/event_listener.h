@@ -32,7 +32,6 @@ class EventListener : public std::enable_shared_from_this<EventListener> {
                 double granularity);
 
   void add(void* object, const AudioUnitEvent& event);
-  void remove(void* object, const AudioUnitEvent& event);
 
   /// Keeps the event for the next round; with an interval of 0 nothing. Under the lock.
   void queue(const SentEvent& event);
@@ -47,12 +46,10 @@ class EventListener : public std::enable_shared_from_this<EventListener> {
     void* object;
     AudioUnitEvent event;
     std::uint64_t first_ticket;
-    bool operator==(const Registration& other) const;
   };
   using Registrations = std::vector<Registration>;
 
   bool isRegisteredFor(const AudioUnitEvent& event) const;
-  bool isRegistered(const Registration& registration) const;
   std::vector<AudioUnitParameter> watchedParameters(AudioUnit unit) const;
   SentEvent stamped(SentEvent event);
 
