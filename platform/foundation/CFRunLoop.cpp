@@ -79,7 +79,8 @@ struct CFRunLoop::Impl {
   bool turning = false;
 };
 
-CFRunLoop::Impl::ItemRef CFRunLoop::Impl::add(CFRunLoopStep step, std::function<bool()> perform, double fire_date) {
+CFRunLoop::Impl::ItemRef CFRunLoop::Impl::add(CFRunLoopStep step, std::function<bool()> perform,
+                                              double fire_date) {
   auto item = std::make_shared<Item>();
   item->step = step;
   item->perform = std::move(perform);
@@ -274,11 +275,6 @@ int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceH
   if (handled && returnAfterSourceHandled)
     return kCFRunLoopRunHandledSource;
   return was_empty ? kCFRunLoopRunFinished : kCFRunLoopRunTimedOut;
-}
-
-void CFRunLoopWakeUp(CFRunLoopRef loop) {
-  if (loop)
-    loop->impl_->wake->set();
 }
 
 }  // namespace cocoa

@@ -13,7 +13,7 @@
 /// Each turn has its own autorelease pool and does, in this order: pollers, sources, due timers, observers;
 /// then the pool drains. What is attached while one of these steps runs has to wait for the next step of its
 /// kind, what is detached no longer runs.
-/// Everything but CFRunLoopWakeUp and Source::signal belongs to the loop's own thread.
+/// Everything but Source::signal belongs to the loop's own thread.
 
 namespace cocoa {
 
@@ -39,9 +39,6 @@ CFRunLoopRef CFRunLoopGetCurrent();
 /// kCFRunLoopRunFinished when neither poller, source nor timer was attached at the start (observers ran all
 /// the same), else kCFRunLoopRunTimedOut.
 int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceHandled);
-
-/// Makes wakeDescriptor() readable until the next turn. Any thread, lock-free; null is ignored.
-void CFRunLoopWakeUp(CFRunLoopRef loop);
 
 class CFRunLoop {
  public:
@@ -83,7 +80,6 @@ class CFRunLoop {
 
  private:
   friend int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceHandled);
-  friend void CFRunLoopWakeUp(CFRunLoopRef loop);
   struct Item;
   struct Impl;
   class WakeDescriptor;

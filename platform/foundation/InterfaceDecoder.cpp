@@ -132,42 +132,6 @@ std::optional<NSRect> InterfaceDecoder::rect(const char* key) const {
   return rect;
 }
 
-std::optional<NSPoint> InterfaceDecoder::point(const char* key) const {
-  const InterfaceDecoder element = child(key);
-  if (!element.exists())
-    return std::nullopt;
-  if (element.elementName() != "point") {
-    element.fail("is not a point");
-    return std::nullopt;
-  }
-  return NSMakePoint(element.coordinate("x", largest_coordinate),
-                     element.coordinate("y", largest_coordinate));
-}
-
-std::optional<NSSize> InterfaceDecoder::size(const char* key) const {
-  const InterfaceDecoder element = child(key);
-  if (!element.exists())
-    return std::nullopt;
-  if (element.elementName() != "size") {
-    element.fail("is not a size");
-    return std::nullopt;
-  }
-  // Interface Builder writes the largest float for a size without a limit.
-  const double largest = std::numeric_limits<float>::max();
-  return NSMakeSize(element.coordinate("width", largest), element.coordinate("height", largest));
-}
-
-std::optional<std::string> InterfaceDecoder::string(const char* key) const {
-  const InterfaceDecoder element = child(key);
-  if (!element.exists())
-    return std::nullopt;
-  if (element.elementName() != "string" || element.attribute("base64-UTF8")) {
-    element.fail("is not a plain string");
-    return std::nullopt;
-  }
-  return pugi::xml_node(element.node_).text().get();
-}
-
 std::optional<double> InterfaceDecoder::real(const char* key) const {
   const InterfaceDecoder element = child(key);
   if (!element.exists())

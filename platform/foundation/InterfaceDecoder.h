@@ -56,10 +56,6 @@ class InterfaceDecoder {
   InterfaceDecoder child(const char* key) const;
   /// A rectangle in points: origin within ±1e6, extents from 0 to 8192.
   std::optional<NSRect> rect(const char* key) const;
-  std::optional<NSPoint> point(const char* key) const;
-  std::optional<NSSize> size(const char* key) const;
-  /// The text of <string key="...">.
-  std::optional<std::string> string(const char* key) const;
   /// The value of <real key="..."> or <integer key="...">.
   std::optional<double> real(const char* key) const;
 

@@ -1,30 +1,10 @@
 #include "foundation/NSArchiver.h"
 
-#include <utility>
-
-#include "foundation/NSClass.h"
 #include "foundation/NSLog.h"
 #include "foundation/private/typedstream_reader.h"
 #include "foundation/private/typedstream_writer.h"
 
 namespace cocoa {
-
-namespace {
-
-Ref<NSObject> unarchive(const NSData& data, TypedStreamReader::ClassLookup class_of_name) {
-  TypedStreamReader reader(data.bytes(), std::move(class_of_name));
-  Ref<NSObject> root = reader.decodeObject();
-  if (!root)
-    reader.fail("no object in it");
-  if (!reader.atEnd())
-    reader.fail("something follows the object");
-  if (!reader.failed())
-    return root;
-  NSLog("NSUnarchiver: %zu bytes are no archive to read: %s.", data.bytes().size(), reader.failure());
-  return nullptr;
-}
-
-}  // namespace
 
 Ref<NSData> NSArchiver::archivedDataWithRootObject(const NSObject& root) {
   TypedStreamWriter writer;
@@ -38,21 +18,22 @@ Ref<NSData> NSArchiver::archivedDataWithRootObject(const NSObject& root) {
 
 Ref<NSObject> NSUnarchiver::unarchiveObjectWithData(const NSData& data,
                                                     std::span<const Class* const> known_classes) {
-  return unarchive(data, [known_classes](std::string_view name) -> const Class* {
+  TypedStreamReader reader(data.bytes(), [known_classes](std::string_view name) -> const Class* {
     for (const Class* known : known_classes) {
       if (known->name == name)
         return known;
     }
     return nullptr;
   });
-}
-
-Ref<NSObject> NSUnarchiver::unarchiveObjectWithData(const NSData& data, ClassLookup class_of_name) {
-  return unarchive(data, class_of_name);
-}
-
-Ref<NSObject> NSUnarchiver::unarchiveObjectWithData(const NSData& data) {
-  return unarchive(data, &NSClassFromString);
+  Ref<NSObject> root = reader.decodeObject();
+  if (!root)
+    reader.fail("no object in it");
+  if (!reader.atEnd())
+    reader.fail("something follows the object");
+  if (!reader.failed())
+    return root;
+  NSLog("NSUnarchiver: %zu bytes are no archive to read: %s.", data.bytes().size(), reader.failure());
+  return nullptr;
 }
 
 }  // namespace cocoa

@@ -23,14 +23,8 @@ class NSArchiver {
 /// the log: truncated, damaged, of another class, or with bytes after its root object.
 class NSUnarchiver {
  public:
-  /// The class of a name, or null.
-  using ClassLookup = const Class* (*)(std::string_view name);
-
   static Ref<NSObject> unarchiveObjectWithData(const NSData& data,
                                                std::span<const Class* const> known_classes);
-  static Ref<NSObject> unarchiveObjectWithData(const NSData& data, ClassLookup class_of_name);
-  /// Knows the classes that NSClassFromString does.
-  static Ref<NSObject> unarchiveObjectWithData(const NSData& data);
 };
 
 }  // namespace cocoa

@@ -87,19 +87,6 @@ constexpr NSRect NSIntersectionRect(NSRect a, NSRect b) {
   return x1 > x0 && y1 > y0 ? NSMakeRect(x0, y0, x1 - x0, y1 - y0) : NSRect{};
 }
 
-/// The smallest rectangle that holds both; an empty one does not count.
-constexpr NSRect NSUnionRect(NSRect a, NSRect b) {
-  if (NSIsEmptyRect(a))
-    return NSIsEmptyRect(b) ? NSRect{} : b;
-  if (NSIsEmptyRect(b))
-    return a;
-  const CGFloat x0 = NSMinX(a) < NSMinX(b) ? NSMinX(a) : NSMinX(b);
-  const CGFloat y0 = NSMinY(a) < NSMinY(b) ? NSMinY(a) : NSMinY(b);
-  const CGFloat x1 = NSMaxX(a) > NSMaxX(b) ? NSMaxX(a) : NSMaxX(b);
-  const CGFloat y1 = NSMaxY(a) > NSMaxY(b) ? NSMaxY(a) : NSMaxY(b);
-  return NSMakeRect(x0, y0, x1 - x0, y1 - y0);
-}
-
 constexpr bool NSIntersectsRect(NSRect a, NSRect b) {
   return !NSIsEmptyRect(NSIntersectionRect(a, b));
 }

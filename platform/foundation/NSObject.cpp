@@ -62,10 +62,6 @@ void NSObject::performSelector_withObject(SEL action, NSObject* object) {
   found->perform(*this, object);
 }
 
-bool NSObject::respondsToSelector(SEL action) const {
-  return action && isa().action(action.name());
-}
-
 Ref<NSString> NSObject::description() const {
   return make<NSString>(isa().name);
 }

@@ -95,7 +95,6 @@ class NSObject {
 
   /// Sends `action` with one argument; logs and does nothing when the class does not have it.
   void performSelector_withObject(SEL action, NSObject* object);
-  bool respondsToSelector(SEL action) const;
 
   /// What the object is called; the class name unless a class has something better to say.
   virtual Ref<NSString> description() const;

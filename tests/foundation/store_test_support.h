@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp is not in <cstdlib>'s namespace
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,30 +11,11 @@
 #include <string>
 
 #include "foundation/NSLog.h"
+#include "temporary_folder.h"
 
 namespace cocoa::store_tests {
 
-/// An empty folder that goes with all that is in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string name = testing::TempDir() + "ondex-store-XXXXXX";
-    path_ = mkdtemp(name.data()) ? name : std::string();
-    EXPECT_FALSE(path_.empty());
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using ondex::test::TemporaryFolder;
 
 /// What this thread logs while it lives, a line a message.
 class Logged {

@@ -219,19 +219,6 @@ TEST_F(RunLoop, KeepsASignalFromASourceForTheNextTurn) {
   EXPECT_FALSE(readable(loop.wakeDescriptor()));
 }
 
-TEST_F(RunLoop, IsReadableFromAWakeUpToTheNextTurn) {
-  turn();
-  EXPECT_FALSE(readable(loop.wakeDescriptor()));
-  std::thread([this] {
-    CFRunLoopWakeUp(&loop);
-    CFRunLoopWakeUp(&loop);
-  }).join();
-  EXPECT_TRUE(readable(loop.wakeDescriptor()));
-  turn();
-  EXPECT_FALSE(readable(loop.wakeDescriptor()));
-  CFRunLoopWakeUp(nullptr);
-}
-
 TEST_F(RunLoop, AnswersFinishedOnlyWhenNothingButObserversIsAttached) {
   const auto observer = loop.addBeforeWaiting(note("observer"));
   EXPECT_EQ(turn(), kCFRunLoopRunFinished);

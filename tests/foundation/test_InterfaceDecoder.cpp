@@ -57,19 +57,13 @@ TEST(InterfaceDecoder, AnswersForAttributesThatAreAbsent) {
 
 TEST(InterfaceDecoder, ReadsChildrenByKey) {
   EXPECT_TRUE(decode("", R"(
-      <rect key="bounds" x="1.5" y="-2" width="3" height="0"/> <point key="origin" x="4" y="5"/>
-      <size key="minSize" width="6" height="7.25"/> <real key="maximum" value="1e1"/>
-      <integer key="minimum" value="-3"/> <string key="toolTip">two
-lines &amp; more</string> <string key="blank"> </string> <string key="none"/> <mask key="styleMask" titled="YES"/>)",
+      <rect key="bounds" x="1.5" y="-2" width="3" height="0"/>
+      <real key="maximum" value="1e1"/>
+      <integer key="minimum" value="-3"/> <mask key="styleMask" titled="YES"/>)",
                      [](InterfaceDecoder& decoder) {
                        EXPECT_EQ(decoder.rect("bounds"), NSMakeRect(1.5, -2, 3, 0));
-                       EXPECT_EQ(decoder.point("origin"), NSMakePoint(4, 5));
-                       EXPECT_EQ(decoder.size("minSize"), NSMakeSize(6, 7.25));
                        EXPECT_EQ(decoder.real("maximum"), 10.0);
                        EXPECT_EQ(decoder.real("minimum"), -3.0);
-                       EXPECT_EQ(decoder.string("toolTip"), "two\nlines & more");
-                       EXPECT_EQ(decoder.string("blank"), " ");
-                       EXPECT_EQ(decoder.string("none"), "");
                        EXPECT_TRUE(decoder.child("styleMask").exists());
                        EXPECT_EQ(decoder.child("styleMask").elementName(), "mask");
                        EXPECT_TRUE(decoder.child("styleMask").boolean("titled", false));
@@ -83,21 +77,11 @@ TEST(InterfaceDecoder, AnswersForChildrenThatAreAbsent) {
     EXPECT_TRUE(decoder.child("styleMask").boolean("titled", true));
     EXPECT_FALSE(decoder.child("a").child("b").exists());
     EXPECT_EQ(decoder.rect("bounds"), std::nullopt);
-    EXPECT_EQ(decoder.point("origin"), std::nullopt);
-    EXPECT_EQ(decoder.size("minSize"), std::nullopt);
     EXPECT_EQ(decoder.real("maximum"), std::nullopt);
-    EXPECT_EQ(decoder.string("toolTip"), std::nullopt);
     EXPECT_EQ(decoder.object("cell"), nullptr);
     EXPECT_THAT(decoder.objects("items"), IsEmpty());
     EXPECT_EQ(decoder.autoresizingMask(), 0U);
   }));
-}
-
-TEST(InterfaceDecoder, ReadsSizesWithoutALimitAsInterfaceBuilderWritesThem) {
-  EXPECT_TRUE(decode("", R"(<size key="maxSize" width="3.4028234663852886e+38" height="10000000"/>)",
-                     [](InterfaceDecoder& decoder) {
-                       EXPECT_EQ(decoder.size("maxSize")->width, CGFloat{std::numeric_limits<float>::max()});
-                     }));
 }
 
 TEST(InterfaceDecoder, ReadsEachBitOfAnAutoresizingMask) {
@@ -144,12 +128,6 @@ TEST(InterfaceDecoder, FailsForChildrenOfAnotherKind) {
   constexpr std::string_view number = R"(<real key="k" value="1"/>)";
   const std::string place = R"(Demo.xib: <real key="k"> in <customObject id="1">: )";
   EXPECT_EQ(failure(number, [](InterfaceDecoder& d) { d.rect("k"); }), place + "is not a rect");
-  EXPECT_EQ(failure(number, [](InterfaceDecoder& d) { d.point("k"); }), place + "is not a point");
-  EXPECT_EQ(failure(number, [](InterfaceDecoder& d) { d.size("k"); }), place + "is not a size");
-  EXPECT_EQ(failure(number, [](InterfaceDecoder& d) { d.string("k"); }), place + "is not a plain string");
-  EXPECT_EQ(
-      failure(R"(<string key="k" base64-UTF8="YES">QQ</string>)", [](InterfaceDecoder& d) { d.string("k"); }),
-      R"(Demo.xib: <string key="k"> in <customObject id="1">: is not a plain string)");
   EXPECT_EQ(failure(R"(<string key="k">1</string>)", [](InterfaceDecoder& d) { d.real("k"); }),
             R"(Demo.xib: <string key="k"> in <customObject id="1">: is not a number)");
   EXPECT_EQ(

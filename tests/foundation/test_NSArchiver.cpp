@@ -198,22 +198,6 @@ TEST(NSArchiver, RefusesObjectsNestedTooDeeply) {
   EXPECT_FALSE(NSArchiver::archivedDataWithRootObject(*make<Pair>(chain, nullptr)));
 }
 
-TEST(NSUnarchiver, LooksClassesUpThroughAFunctionToo) {
-  const auto data = make<NSData>(archived_color(4, {0.5F, 1}));
-  EXPECT_TRUE(NSUnarchiver::unarchiveObjectWithData(
-      *data, [](std::string_view name) { return name == "NSColor" ? &ArchivedColor::class_ : nullptr; }));
-}
-
-TEST(NSUnarchiver, KnowsTheRegisteredClassesAndNoOthers) {
-  static constexpr const Class* kPair[] = {&Pair::class_};
-  NSRegisterClasses(kPair);
-  const auto pair = make<NSData>(archive(*make<Pair>(nullptr, nullptr)));
-  EXPECT_TRUE(NSUnarchiver::unarchiveObjectWithData(*pair));
-  const NSLogHook quiet([](std::string_view) {});
-  const auto color = make<NSData>(archived_color(4, {0.5F, 1}));
-  EXPECT_FALSE(NSUnarchiver::unarchiveObjectWithData(*color));
-}
-
 TEST(NSCoder, AWriterDoesNotReadNorAReaderWrite) {
   TypedStreamWriter writer;
   EXPECT_FALSE(writer.decodeChar());

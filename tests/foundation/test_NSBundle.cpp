@@ -9,6 +9,7 @@
 #include "foundation/NSBundle.h"
 #include "foundation/NSClass.h"
 #include "stand_ins.h"
+#include "temporary_folder.h"
 
 namespace cocoa::stand_in {
 namespace {
@@ -21,18 +22,14 @@ using ::testing::StartsWith;
 /// A folder of resources of its own.
 class NSBundleTest : public ::testing::Test {
  protected:
-  NSBundleTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "bundle-XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
-    bundle_ = make<NSBundle>(folder_, classes());
-  }
-  ~NSBundleTest() override { std::filesystem::remove_all(folder_); }
+  NSBundleTest() { bundle_ = make<NSBundle>(folder_, classes()); }
 
   void write(const std::string& name, std::string_view text) const {
     std::ofstream(folder_ + '/' + name, std::ios::binary) << text;
   }
 
-  std::string folder_;
+  ondex::test::TemporaryFolder temporary_;
+  std::string folder_ = temporary_.path().string();
   Ref<NSBundle> bundle_;
 };
 

@@ -103,8 +103,8 @@ TEST(NSObject, PerformsAnActionByNameWithTheSenderItself) {
   const auto sender = make<Sender>();
   target->performSelector_withObject(SEL("pressed:"), sender.get());
   EXPECT_EQ(target->senders, std::vector<NSObject*>{sender.get()});
-  EXPECT_TRUE(target->respondsToSelector(SEL("pressed:")));
-  EXPECT_FALSE(target->respondsToSelector(SEL("released:")));
+  EXPECT_TRUE(target->isa().action("pressed:"));
+  EXPECT_FALSE(target->isa().action("released:"));
 }
 
 TEST(NSObject, LogsAMessageThatItDoesNotUnderstand) {
