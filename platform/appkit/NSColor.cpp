@@ -93,10 +93,6 @@ Ref<NSColor> NSColor::blackColor() {
 Ref<NSColor> NSColor::whiteColor() {
   return colorWithCalibratedWhite_alpha(1, 1);
 }
-Ref<NSColor> NSColor::clearColor() {
-  return colorWithCalibratedWhite_alpha(0, 0);
-}
-
 Ref<NSColor> NSColor::colorUsingDeviceRGB() const {
   return colorWithDeviceRed_green_blue_alpha(red_, green_, blue_, alpha_);
 }

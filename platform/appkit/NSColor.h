@@ -24,7 +24,6 @@ class NSColor : public NSObject {
   static Ref<NSColor> yellowColor();  ///< calibrated (1, 1, 0)
   static Ref<NSColor> blackColor();   ///< calibrated white 0
   static Ref<NSColor> whiteColor();   ///< calibrated white 1
-  static Ref<NSColor> clearColor();   ///< calibrated white 0, alpha 0
 
   Space space() const { return space_; }
   /// Of a white colour, red, green and blue are its white: every colour here can be drawn and shown.

@@ -7,6 +7,7 @@
 #include "appkit/private/NSColorPanel.h"
 #include "appkit/private/color_picking.h"
 #include "foundation/InterfaceDecoder.h"
+#include "quartz/rounded_rect.h"
 
 namespace cocoa {
 
@@ -24,7 +25,7 @@ constexpr CGFloat color_corner = 3;
 
 void fill_rounded(CGContextRef context, NSRect rect, CGFloat radius) {
   CGContextBeginPath(context);
-  add_rounded_rect(context, rect, radius);
+  add_rounded_rect(context, rect, 2 * radius, 2 * radius);
   CGContextFillPath(context);
 }
 
@@ -95,11 +96,6 @@ void NSColorWell::setTarget_action(NSObject* target, SEL action) {
   action_ = action;
 }
 
-void NSColorWell::setBordered(bool bordered) {
-  bordered_ = bordered;
-  setNeedsDisplay(true);
-}
-
 void NSColorWell::viewDidMoveToWindow() {
   if (panel_ && panel_->ownerWindow() == window())
     return;
@@ -140,7 +136,8 @@ void NSColorWell::drawRect(NSRect) {
     const bool lit = isActive() || pressed_;
     CGContextSetRGBStrokeColor(context, 1, 1, 1, lit ? CGFloat(0.95) : CGFloat(0.35));
     CGContextBeginPath(context);
-    add_rounded_rect(context, NSInsetRect(bounds(), CGFloat(0.5), CGFloat(0.5)), frame_corner);
+    add_rounded_rect(context, NSInsetRect(bounds(), CGFloat(0.5), CGFloat(0.5)), 2 * frame_corner,
+                     2 * frame_corner);
     CGContextStrokePath(context);
     inside = NSInsetRect(inside, frame_width, frame_width);
   }
@@ -157,7 +154,8 @@ void NSColorWell::drawRect(NSRect) {
   fill_rounded(context, inside, color_corner);
   CGContextSetRGBStrokeColor(context, 0, 0, 0, CGFloat(0.4));
   CGContextBeginPath(context);
-  add_rounded_rect(context, NSInsetRect(inside, CGFloat(0.5), CGFloat(0.5)), color_corner);
+  add_rounded_rect(context, NSInsetRect(inside, CGFloat(0.5), CGFloat(0.5)), 2 * color_corner,
+                   2 * color_corner);
   CGContextSetLineWidth(context, 1);
   CGContextStrokePath(context);
 }

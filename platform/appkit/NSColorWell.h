@@ -42,7 +42,6 @@ class NSColorWell : public NSView, public ActionSource {
   void setTarget_action(NSObject* target, SEL action) override;
   /// Sent to the same target after the last of the changes that were made with the mouse held.
   void setEndAction(SEL action) { end_action_ = action; }
-  void setBordered(bool bordered);
 
   void mouseDown(NSEvent* event) override;
   void mouseDragged(NSEvent* event) override;

@@ -61,10 +61,6 @@ void NSPopUpButton::setCell(NSPopUpButtonCell* cell) {
   cell_->setControlView(this);
 }
 
-void NSPopUpButton::setMenu(NSMenu* menu) {
-  cell_->setMenu(menu);
-  setNeedsDisplay(true);
-}
 void NSPopUpButton::addItemWithTitle(std::string_view title) {
   cell_->addItemWithTitle(title);
   setNeedsDisplay(true);
@@ -73,32 +69,12 @@ void NSPopUpButton::insertItemWithTitle_atIndex(std::string_view title, int inde
   cell_->insertItemWithTitle_atIndex(title, index);
   setNeedsDisplay(true);
 }
-void NSPopUpButton::removeItemAtIndex(int index) {
-  cell_->removeItemAtIndex(index);
-  setNeedsDisplay(true);
-}
-void NSPopUpButton::removeItemWithTitle(std::string_view title) {
-  cell_->removeItemWithTitle(title);
-  setNeedsDisplay(true);
-}
 void NSPopUpButton::removeAllItems() {
   cell_->removeAllItems();
   setNeedsDisplay(true);
 }
-void NSPopUpButton::selectItem(NSMenuItem* item) {
-  cell_->selectItem(item);
-  setNeedsDisplay(true);
-}
 void NSPopUpButton::selectItemAtIndex(int index) {
   cell_->selectItemAtIndex(index);
-  setNeedsDisplay(true);
-}
-void NSPopUpButton::selectItemWithTitle(std::string_view title) {
-  cell_->selectItemWithTitle(title);
-  setNeedsDisplay(true);
-}
-void NSPopUpButton::synchronizeTitleAndSelectedItem() {
-  cell_->synchronizeTitleAndSelectedItem();
   setNeedsDisplay(true);
 }
 

@@ -18,25 +18,18 @@ class NSPopUpButton : public NSView, public ActionSource {
 
   NSPopUpButtonCell* cell() const { return cell_.get(); }
   NSMenu* menu() const { return cell_->menu(); }
-  void setMenu(NSMenu* menu);
 
   void addItemWithTitle(std::string_view title);
   void insertItemWithTitle_atIndex(std::string_view title, int index);
-  void removeItemAtIndex(int index);
-  void removeItemWithTitle(std::string_view title);
   void removeAllItems();
   int numberOfItems() const { return cell_->numberOfItems(); }
   NSMenuItem* itemAtIndex(int index) const { return cell_->itemAtIndex(index); }
-  int indexOfItemWithTitle(std::string_view title) const { return cell_->indexOfItemWithTitle(title); }
 
-  void selectItem(NSMenuItem* item);
   void selectItemAtIndex(int index);
-  void selectItemWithTitle(std::string_view title);
   NSMenuItem* selectedItem() const { return cell_->selectedItem(); }
   int indexOfSelectedItem() const { return cell_->indexOfSelectedItem(); }
   /// Null when nothing is selected.
   Ref<NSString> titleOfSelectedItem() const;
-  void synchronizeTitleAndSelectedItem();
 
   void setTarget_action(NSObject* target, SEL action) override { cell_->setTarget_action(target, action); }
 

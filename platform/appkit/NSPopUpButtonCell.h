@@ -44,8 +44,6 @@ class NSPopUpButtonCell : public NSObject, public ActionSource {
   void selectItem(NSMenuItem* item);
   /// -1, and an index beyond the end, select nothing.
   void selectItemAtIndex(int index) { selectItem(itemAtIndex(index)); }
-  /// An unknown title selects nothing.
-  void selectItemWithTitle(std::string_view title) { selectItemAtIndex(indexOfItemWithTitle(title)); }
   NSMenuItem* selectedItem() const;
   int indexOfSelectedItem() const { return menu_->indexOfItem(selected_.get()); }
   /// Empty when nothing is selected.

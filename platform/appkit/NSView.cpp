@@ -302,10 +302,6 @@ NSPoint NSView::convertPoint_toView(NSPoint point, const NSView* view) const {
   return {point.x + here.x - to.x, point.y + here.y - to.y};
 }
 
-NSRect NSView::convertRect_fromView(NSRect rect, const NSView* view) const {
-  return {convertPoint_fromView(rect.origin, view), rect.size};
-}
-
 NSRect NSView::convertRect_toView(NSRect rect, const NSView* view) const {
   return {convertPoint_toView(rect.origin, view), rect.size};
 }

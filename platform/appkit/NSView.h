@@ -88,7 +88,6 @@ class NSView : public NSResponder {
   /// From the coordinates of `view`, or of the window when null.
   NSPoint convertPoint_fromView(NSPoint point, const NSView* view) const;
   NSPoint convertPoint_toView(NSPoint point, const NSView* view) const;
-  NSRect convertRect_fromView(NSRect rect, const NSView* view) const;
   NSRect convertRect_toView(NSRect rect, const NSView* view) const;
 
   /// Whether a press here may drag the window; of plain views, those that let the window shine through.

@@ -6,8 +6,8 @@
 
 #include "appkit/NSEvent.h"
 #include "appkit/NSGraphicsContext.h"
-#include "quartz/CGFunction.h"
-#include "quartz/CGShading.h"
+#include "quartz/CGOwned.h"
+#include "quartz/rounded_rect.h"
 
 namespace cocoa {
 
@@ -27,14 +27,11 @@ void paint(CGContextRef context, CGPoint start, CGPoint end, CGFunctionEvaluateC
   constexpr CGFloat domain[] = {0, 1};
   constexpr CGFloat range[] = {0, 1, 0, 1, 0, 1, 0, 1};
   const CGFunctionCallbacks callbacks = {0, rule, nullptr};
-  CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
-  CGFunctionRef function = CGFunctionCreate(info, 1, domain, 4, range, &callbacks);
-  CGShadingRef shading = CGShadingCreateAxial(space, start, end, function, true, true);
+  const CGOwned<CGColorSpace> space(CGColorSpaceCreateDeviceRGB());
+  const CGOwned<CGFunction> function(CGFunctionCreate(info, 1, domain, 4, range, &callbacks));
+  const CGOwned<CGShading> shading(CGShadingCreateAxial(space.get(), start, end, function.get(), true, true));
   if (shading)
-    CGContextDrawShading(context, shading);
-  CGShadingRelease(shading);
-  CGFunctionRelease(function);
-  CGColorSpaceRelease(space);
+    CGContextDrawShading(context, shading.get());
 }
 
 void put(CGFloat* out, const NSColor& color) {
@@ -60,14 +57,14 @@ void hue_evaluate(void*, const CGFloat* in, CGFloat* out) {
 
 void clip_to_rounded(CGContextRef context, NSRect rect, CGFloat radius) {
   CGContextBeginPath(context);
-  add_rounded_rect(context, rect, radius);
+  add_rounded_rect(context, rect, 2 * radius, 2 * radius);
   CGContextClip(context);
 }
 
 /// A line just inside the rectangle that sets it off from what surrounds it.
 void stroke_edge(CGContextRef context, NSRect rect) {
   CGContextBeginPath(context);
-  add_rounded_rect(context, NSInsetRect(rect, CGFloat(0.5), CGFloat(0.5)), corner);
+  add_rounded_rect(context, NSInsetRect(rect, CGFloat(0.5), CGFloat(0.5)), 2 * corner, 2 * corner);
   CGContextSetLineWidth(context, 1);
   CGContextSetRGBStrokeColor(context, 0, 0, 0, CGFloat(0.55));
   CGContextStrokePath(context);
@@ -82,7 +79,7 @@ void stroke_marker(CGContextRef context, NSRect rect, CGFloat radius) {
   } lines[] = {{4, 0, CGFloat(0.6)}, {2, 1, 1}};
   for (const auto& line : lines) {
     CGContextBeginPath(context);
-    add_rounded_rect(context, rect, radius);
+    add_rounded_rect(context, rect, 2 * radius, 2 * radius);
     CGContextSetLineWidth(context, line.width);
     CGContextSetRGBStrokeColor(context, line.grey, line.grey, line.grey, line.alpha);
     CGContextStrokePath(context);
@@ -101,19 +98,6 @@ CGFloat place(double fraction, CGFloat extent) {
 }
 
 }  // namespace
-
-void add_rounded_rect(CGContextRef context, NSRect rect, CGFloat radius) {
-  const CGFloat left = NSMinX(rect);
-  const CGFloat right = NSMaxX(rect);
-  const CGFloat bottom = NSMinY(rect);
-  const CGFloat top = NSMaxY(rect);
-  CGContextMoveToPoint(context, right, (bottom + top) / 2);
-  CGContextAddArcToPoint(context, right, top, left, top, radius);
-  CGContextAddArcToPoint(context, left, top, left, bottom, radius);
-  CGContextAddArcToPoint(context, left, bottom, right, bottom, radius);
-  CGContextAddArcToPoint(context, right, bottom, right, top, radius);
-  CGContextClosePath(context);
-}
 
 void SaturationBrightnessView::show(const Hsb& hsb) {
   hsb_ = hsb;

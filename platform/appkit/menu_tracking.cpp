@@ -1,5 +1,7 @@
 #include "appkit/private/menu_tracking.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -20,22 +22,6 @@ constexpr double longest_pause = 1;
 /// How fast a list scrolls under the pointer: a line every so many seconds.
 constexpr double scroll_interval = 0.06;
 constexpr CGFloat scroll_step = 18;
-
-enum Keysym : uint32_t {
-  key_tab = 0xff09,
-  key_return = 0xff0d,
-  key_escape = 0xff1b,
-  key_space = 0x20,
-  key_home = 0xff50,
-  key_up = 0xff52,
-  key_down = 0xff54,
-  key_end = 0xff57,
-  keypad_enter = 0xff8d,
-  keypad_home = 0xff95,
-  keypad_up = 0xff97,
-  keypad_down = 0xff99,
-  keypad_end = 0xff9c,
-};
 
 std::string in_lower_case(std::string_view text) {
   std::string lower(text);
@@ -298,25 +284,25 @@ void MenuTracking::scrollAlong(int direction) {
 void MenuTracking::keyPressed(NSEvent* event) {
   const int last = list_->numberOfLines() - 1;
   switch (event->keysym()) {
-    case key_up:
-    case keypad_up:
+    case XKB_KEY_Up:
+    case XKB_KEY_KP_Up:
       return step(list_->highlighted() < 0 ? last + 1 : list_->highlighted(), -1);
-    case key_down:
-    case keypad_down:
+    case XKB_KEY_Down:
+    case XKB_KEY_KP_Down:
       return step(list_->highlighted(), 1);
-    case key_home:
-    case keypad_home:
+    case XKB_KEY_Home:
+    case XKB_KEY_KP_Home:
       return step(-1, 1);
-    case key_end:
-    case keypad_end:
+    case XKB_KEY_End:
+    case XKB_KEY_KP_End:
       return step(last + 1, -1);
-    case key_return:
-    case keypad_enter:
-    case key_space:
+    case XKB_KEY_Return:
+    case XKB_KEY_KP_Enter:
+    case XKB_KEY_space:
       return chooseLit();
-    case key_escape:
+    case XKB_KEY_Escape:
       return close();
-    case key_tab:
+    case XKB_KEY_Tab:
       return;
     default:
       return search(event);

@@ -1,5 +1,7 @@
 #include "appkit/private/text_commands.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <algorithm>
 
 namespace cocoa {
@@ -9,18 +11,6 @@ namespace {
 using Kind = TextCommand::Kind;
 using Unit = EditedText::Unit;
 using Direction = EditedText::Direction;
-
-/// X keysyms; those of the keypad without Num Lock beside those of the other keys.
-namespace key {
-constexpr uint32_t backspace = 0xff08, tab = 0xff09, left_tab = 0xfe20, enter = 0xff0d, escape = 0xff1b;
-constexpr uint32_t keypad_enter = 0xff8d, iso_enter = 0xfe34;
-constexpr uint32_t home = 0xff50, left = 0xff51, up = 0xff52, right = 0xff53, down = 0xff54, end = 0xff57;
-constexpr uint32_t keypad_home = 0xff95, keypad_left = 0xff96, keypad_up = 0xff97, keypad_right = 0xff98;
-constexpr uint32_t keypad_down = 0xff99, keypad_end = 0xff9c;
-constexpr uint32_t insert = 0xff63, keypad_insert = 0xff9e, forward_delete = 0xffff, keypad_delete = 0xff9f;
-constexpr uint32_t keypad_separator = 0xffac, keypad_decimal = 0xffae;
-constexpr uint32_t keypad_0 = 0xffb0, keypad_9 = 0xffb9;
-}  // namespace key
 
 TextCommand simple(Kind kind) {
   TextCommand command;
@@ -67,39 +57,39 @@ TextCommand shortcut(uint32_t keysym, bool shift) {
 TextCommand named_key(uint32_t keysym, bool shift, bool control) {
   const Unit unit = control ? Unit::word : Unit::character;
   switch (keysym) {
-    case key::enter:
-    case key::keypad_enter:
-    case key::iso_enter:
+    case XKB_KEY_Return:
+    case XKB_KEY_KP_Enter:
+    case XKB_KEY_ISO_Enter:
       return simple(Kind::commit);
-    case key::escape:
+    case XKB_KEY_Escape:
       return simple(Kind::cancel);
-    case key::tab:
+    case XKB_KEY_Tab:
       return simple(shift ? Kind::previous_field : Kind::next_field);
-    case key::left_tab:
+    case XKB_KEY_ISO_Left_Tab:
       return simple(Kind::previous_field);
-    case key::left:
-    case key::keypad_left:
+    case XKB_KEY_Left:
+    case XKB_KEY_KP_Left:
       return step(Kind::move, unit, Direction::backward, shift);
-    case key::right:
-    case key::keypad_right:
+    case XKB_KEY_Right:
+    case XKB_KEY_KP_Right:
       return step(Kind::move, unit, Direction::forward, shift);
-    case key::home:
-    case key::keypad_home:
-    case key::up:
-    case key::keypad_up:
+    case XKB_KEY_Home:
+    case XKB_KEY_KP_Home:
+    case XKB_KEY_Up:
+    case XKB_KEY_KP_Up:
       return step(Kind::move, Unit::all, Direction::backward, shift);
-    case key::end:
-    case key::keypad_end:
-    case key::down:
-    case key::keypad_down:
+    case XKB_KEY_End:
+    case XKB_KEY_KP_End:
+    case XKB_KEY_Down:
+    case XKB_KEY_KP_Down:
       return step(Kind::move, Unit::all, Direction::forward, shift);
-    case key::backspace:
+    case XKB_KEY_BackSpace:
       return step(Kind::erase, unit, Direction::backward);
-    case key::forward_delete:
-    case key::keypad_delete:
+    case XKB_KEY_Delete:
+    case XKB_KEY_KP_Delete:
       return shift ? simple(Kind::cut) : step(Kind::erase, unit, Direction::forward);
-    case key::insert:
-    case key::keypad_insert:
+    case XKB_KEY_Insert:
+    case XKB_KEY_KP_Insert:
       return simple(shift ? Kind::paste : control ? Kind::copy : Kind::none);
     default:
       return {};
@@ -118,10 +108,10 @@ TextCommand text_command_of(uint32_t keysym, uint32_t modifiers, const std::stri
     return shortcut(keysym, shift);
   if ((modifiers & (modifier_option | modifier_command)) != 0)
     return {};
-  if (keysym == key::keypad_decimal || keysym == key::keypad_separator)
+  if (keysym == XKB_KEY_KP_Decimal || keysym == XKB_KEY_KP_Separator)
     return typed(".");
-  if (keysym >= key::keypad_0 && keysym <= key::keypad_9)
-    return typed(std::string(1, static_cast<char>('0' + (keysym - key::keypad_0))));
+  if (keysym >= XKB_KEY_KP_0 && keysym <= XKB_KEY_KP_9)
+    return typed(std::string(1, static_cast<char>('0' + (keysym - XKB_KEY_KP_0))));
   const bool prints = std::none_of(characters.begin(), characters.end(), [](char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte < 0x20 || byte == 0x7f;

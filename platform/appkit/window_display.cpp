@@ -7,6 +7,7 @@
 #include "foundation/NSLog.h"
 #include "foundation/available_memory.h"
 #include "quartz/CGBitmapContext.h"
+#include "quartz/CGOwned.h"
 #include "windows/pixel_geometry.h"
 
 namespace cocoa {
@@ -30,12 +31,10 @@ constexpr size_t bytes_a_pixel = 32;
 constexpr size_t bytes_besides = 8UL << 20U;
 
 void set_shadow(CGContextRef context) {
-  CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
+  const CGOwned<CGColorSpace> space(CGColorSpaceCreateDeviceRGB());
   constexpr CGFloat components[] = {0, 0, 0, shadow_alpha};
-  CGColorRef black = CGColorCreate(space, components);
-  CGContextSetShadowWithColor(context, {0, -shadow_drop}, shadow_blur, black);
-  CGColorRelease(black);
-  CGColorSpaceRelease(space);
+  const CGOwned<CGColor> black(CGColorCreate(space.get(), components));
+  CGContextSetShadowWithColor(context, {0, -shadow_drop}, shadow_blur, black.get());
 }
 
 }  // namespace

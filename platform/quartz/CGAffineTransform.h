@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cmath>
-
 #include "quartz/CGGeometry.h"
 
 /// Affine maps of the plane: x' = a·x + c·y + tx, y' = b·x + d·y + ty.
@@ -20,23 +18,12 @@ struct CGAffineTransform {
 
 inline constexpr CGAffineTransform CGAffineTransformIdentity{};
 
-constexpr CGAffineTransform CGAffineTransformMake(CGFloat a, CGFloat b, CGFloat c, CGFloat d, CGFloat tx,
-                                                  CGFloat ty) {
-  return {a, b, c, d, tx, ty};
-}
 constexpr CGAffineTransform CGAffineTransformMakeTranslation(CGFloat tx, CGFloat ty) {
   return {1, 0, 0, 1, tx, ty};
 }
 constexpr CGAffineTransform CGAffineTransformMakeScale(CGFloat sx, CGFloat sy) {
   return {sx, 0, 0, sy, 0, 0};
 }
-/// Turns counter-clockwise where y grows upwards; `angle` in radians.
-inline CGAffineTransform CGAffineTransformMakeRotation(CGFloat angle) {
-  const CGFloat cosine = std::cos(angle);
-  const CGFloat sine = std::sin(angle);
-  return {cosine, sine, -sine, cosine, 0, 0};
-}
-
 /// `first`, then `second`.
 constexpr CGAffineTransform CGAffineTransformConcat(CGAffineTransform first, CGAffineTransform second) {
   return {first.a * second.a + first.b * second.c,

@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <cmath>
-#include <string>
 
 #include "foundation/NSLog.h"
 #include "quartz/private/context.h"
@@ -34,29 +33,6 @@ CGContextRef CGBitmapContextCreateWithScale(void* data, size_t width, size_t hei
                         stride / bytes_a_pixel,
                         {0, 0, static_cast<int>(width), static_cast<int>(height)}},
                        scale);
-}
-
-CGContextRef CGBitmapContextCreate(void* data, size_t width, size_t height, size_t bitsPerComponent,
-                                   size_t bytesPerRow, CGColorSpaceRef space, uint32_t bitmapInfo) {
-  if (bitsPerComponent != 8 || !space || space->model != ColorModel::rgb ||
-      bitmapInfo != (kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Host)) {
-    NSLog("Error: bitmap contexts have 8 bits a component, device RGB and premultiplied alpha first.");
-    return nullptr;
-  }
-  return CGBitmapContextCreateWithScale(data, width, height, bytesPerRow, 1);
-}
-
-void* CGBitmapContextGetData(CGContextRef context) {
-  return context ? bitmap_of(context).data : nullptr;
-}
-size_t CGBitmapContextGetWidth(CGContextRef context) {
-  return context ? static_cast<size_t>(bitmap_of(context).bounds.width()) : 0;
-}
-size_t CGBitmapContextGetHeight(CGContextRef context) {
-  return context ? static_cast<size_t>(bitmap_of(context).bounds.height()) : 0;
-}
-size_t CGBitmapContextGetBytesPerRow(CGContextRef context) {
-  return context ? bitmap_of(context).pixels_per_row * bytes_a_pixel : 0;
 }
 
 bool CGBitmapContextWritePNG(CGContextRef context, const char* path) {

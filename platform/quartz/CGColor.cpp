@@ -26,23 +26,11 @@ size_t CGColorSpaceGetNumberOfComponents(CGColorSpaceRef space) {
 CGColorRef CGColorCreate(CGColorSpaceRef space, const CGFloat* components) {
   return space && components ? new CGColor(space, components) : nullptr;
 }
-CGColorRef CGColorRetain(CGColorRef color) {
-  return retain_counted(color);
-}
 void CGColorRelease(CGColorRef color) {
   release_counted(color);
 }
 const CGFloat* CGColorGetComponents(CGColorRef color) {
   return color ? color->components.data() : nullptr;
-}
-size_t CGColorGetNumberOfComponents(CGColorRef color) {
-  return color ? color->components.size() : 0;
-}
-CGFloat CGColorGetAlpha(CGColorRef color) {
-  return color ? color->components.back() : 0;
-}
-CGColorSpaceRef CGColorGetColorSpace(CGColorRef color) {
-  return color ? color->space : nullptr;
 }
 
 }  // namespace cocoa

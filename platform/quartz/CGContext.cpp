@@ -15,11 +15,6 @@ void set_ctm(CGContext& context, const Matrix& m) {
     context.state().ctm = m;
 }
 
-void set_color(CGColorRef color, ColorModel& model, Rgba& rgba) {
-  model = color->space->model;
-  rgba = color->rgba();
-}
-
 void set_shadow(CGContext& context, CGSize offset, CGFloat blur, const Rgba& color) {
   auto& state = context.state();
   const double dx = static_cast<double>(offset.width) * context.scale;
@@ -52,9 +47,6 @@ const PathData& CGContext::take_path() {
   return taken_;
 }
 
-CGContextRef CGContextRetain(CGContextRef context) {
-  return retain_counted(context);
-}
 void CGContextRelease(CGContextRef context) {
   release_counted(context);
 }
@@ -73,9 +65,6 @@ void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty) {
 }
 void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy) {
   CGContextConcatCTM(context, CGAffineTransformMakeScale(sx, sy));
-}
-void CGContextRotateCTM(CGContextRef context, CGFloat angle) {
-  CGContextConcatCTM(context, CGAffineTransformMakeRotation(angle));
 }
 void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform) {
   if (context)
@@ -112,10 +101,6 @@ void CGContextSetLineJoin(CGContextRef context, CGLineJoin join) {
                               : join == kCGLineJoinBevel ? LineJoin::bevel
                                                          : LineJoin::miter;
 }
-void CGContextSetMiterLimit(CGContextRef context, CGFloat limit) {
-  if (context && limit > 0 && std::isfinite(limit))
-    context->state().pen.miter_limit = static_cast<double>(limit);
-}
 void CGContextSetShouldAntialias(CGContextRef context, bool shouldAntialias) {
   if (context)
     context->state().antialias = shouldAntialias;
@@ -125,39 +110,14 @@ void CGContextSetAlpha(CGContextRef context, CGFloat alpha) {
     context->state().alpha = unit_value(static_cast<double>(alpha));
 }
 
-void CGContextSetFillColorSpace(CGContextRef context, CGColorSpaceRef space) {
-  if (!context || !space)
-    return;
-  context->state().fill_model = space->model;
-  context->state().fill = {};
-}
-void CGContextSetStrokeColorSpace(CGContextRef context, CGColorSpaceRef space) {
-  if (!context || !space)
-    return;
-  context->state().stroke_model = space->model;
-  context->state().stroke = {};
-}
-void CGContextSetFillColor(CGContextRef context, const CGFloat* components) {
-  if (context && components)
-    context->state().fill = rgba_from_components(context->state().fill_model, components);
-}
-void CGContextSetStrokeColor(CGContextRef context, const CGFloat* components) {
-  if (context && components)
-    context->state().stroke = rgba_from_components(context->state().stroke_model, components);
-}
-void CGContextSetFillColorWithColor(CGContextRef context, CGColorRef color) {
-  if (context && color)
-    set_color(color, context->state().fill_model, context->state().fill);
-}
 void CGContextSetStrokeColorWithColor(CGContextRef context, CGColorRef color) {
   if (context && color)
-    set_color(color, context->state().stroke_model, context->state().stroke);
+    context->state().stroke = color->rgba();
 }
 void CGContextSetRGBFillColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha) {
   if (!context)
     return;
   const CGFloat components[] = {red, green, blue, alpha};
-  context->state().fill_model = ColorModel::rgb;
   context->state().fill = rgba_from_components(ColorModel::rgb, components);
 }
 void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue,
@@ -165,17 +125,12 @@ void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat red, CGFloat green
   if (!context)
     return;
   const CGFloat components[] = {red, green, blue, alpha};
-  context->state().stroke_model = ColorModel::rgb;
   context->state().stroke = rgba_from_components(ColorModel::rgb, components);
 }
 
 void CGContextSetShadowWithColor(CGContextRef context, CGSize offset, CGFloat blur, CGColorRef color) {
   if (context)
     set_shadow(*context, offset, blur, color ? color->rgba() : Rgba{0, 0, 0, 0});
-}
-void CGContextSetShadow(CGContextRef context, CGSize offset, CGFloat blur) {
-  if (context)
-    set_shadow(*context, offset, blur, {0, 0, 0, 1.0 / 3});
 }
 
 }  // namespace cocoa

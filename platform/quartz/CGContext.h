@@ -22,7 +22,6 @@ namespace cocoa {
 struct CGContext;
 using CGContextRef = CGContext*;
 
-CGContextRef CGContextRetain(CGContextRef context);
 void CGContextRelease(CGContextRef context);
 
 // State
@@ -33,7 +32,6 @@ void CGContextRestoreGState(CGContextRef context);
 
 void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty);
 void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy);
-void CGContextRotateCTM(CGContextRef context, CGFloat angle);
 void CGContextConcatCTM(CGContextRef context, CGAffineTransform transform);
 /// From user space to base space.
 CGAffineTransform CGContextGetCTM(CGContextRef context);
@@ -43,23 +41,16 @@ CGAffineTransform CGContextGetUserSpaceToDeviceSpaceTransform(CGContextRef conte
 enum CGLineCap { kCGLineCapButt = 0, kCGLineCapRound = 1, kCGLineCapSquare = 2 };
 enum CGLineJoin { kCGLineJoinMiter = 0, kCGLineJoinRound = 1, kCGLineJoinBevel = 2 };
 
-/// In user space at the time of the stroke. 1 at first; butt caps, miter joins, miter limit 10.
+/// In user space at the time of the stroke. 1 at first; butt caps, miter joins with a limit of 10.
 void CGContextSetLineWidth(CGContextRef context, CGFloat width);
 void CGContextSetLineCap(CGContextRef context, CGLineCap cap);
 void CGContextSetLineJoin(CGContextRef context, CGLineJoin join);
-void CGContextSetMiterLimit(CGContextRef context, CGFloat limit);
 /// Whether edges of fills, strokes and clips are smooth, as they are at first.
 void CGContextSetShouldAntialias(CGContextRef context, bool shouldAntialias);
 /// Multiplies the alpha of everything drawn, shadows too. 1 at first.
 void CGContextSetAlpha(CGContextRef context, CGFloat alpha);
 
-/// Colours are opaque black at first, and when their space is set.
-void CGContextSetFillColorSpace(CGContextRef context, CGColorSpaceRef space);
-void CGContextSetStrokeColorSpace(CGContextRef context, CGColorSpaceRef space);
-/// As many components as the current space has, then alpha.
-void CGContextSetFillColor(CGContextRef context, const CGFloat* components);
-void CGContextSetStrokeColor(CGContextRef context, const CGFloat* components);
-void CGContextSetFillColorWithColor(CGContextRef context, CGColorRef color);
+/// Colours are opaque black at first.
 void CGContextSetStrokeColorWithColor(CGContextRef context, CGColorRef color);
 void CGContextSetRGBFillColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
 void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue,
@@ -70,8 +61,6 @@ void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat red, CGFloat green
 /// The clip in force now limits where the shadow lands; clips added later shape what casts it.
 /// A null or transparent colour turns the shadow off.
 void CGContextSetShadowWithColor(CGContextRef context, CGSize offset, CGFloat blur, CGColorRef color);
-/// In black with alpha 1/3.
-void CGContextSetShadow(CGContextRef context, CGSize offset, CGFloat blur);
 
 // Path
 
@@ -79,12 +68,9 @@ void CGContextBeginPath(CGContextRef context);
 void CGContextMoveToPoint(CGContextRef context, CGFloat x, CGFloat y);
 /// Nothing without a current point, as the other segments.
 void CGContextAddLineToPoint(CGContextRef context, CGFloat x, CGFloat y);
-void CGContextAddCurveToPoint(CGContextRef context, CGFloat cp1x, CGFloat cp1y, CGFloat cp2x, CGFloat cp2y,
-                              CGFloat x, CGFloat y);
-/// As CGPathAddArc.
-void CGContextAddArc(CGContextRef context, CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle,
-                     CGFloat endAngle, int clockwise);
-/// As CGPathAddArcToPoint.
+/// An arc that touches the line from the current point to (x1, y1) and the line on to (x2, y2), with a line
+/// to its first tangent point. The second becomes the current point. A straight or degenerate corner, or a
+/// radius of 0, gives a line to (x1, y1).
 void CGContextAddArcToPoint(CGContextRef context, CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2,
                             CGFloat radius);
 void CGContextAddEllipseInRect(CGContextRef context, CGRect rect);
@@ -108,25 +94,16 @@ CGRect CGContextGetClipBoundingBox(CGContextRef context);
 
 // Painting. All but shadings empty the path.
 
-enum CGPathDrawingMode {
-  kCGPathFill = 0,
-  kCGPathEOFill = 1,
-  kCGPathStroke = 2,
-  kCGPathFillStroke = 3,
-  kCGPathEOFillStroke = 4
-};
+enum CGPathDrawingMode { kCGPathFill = 0, kCGPathStroke = 2, kCGPathFillStroke = 3 };
 
 /// Open subpaths are filled as if they were closed.
 void CGContextFillPath(CGContextRef context);
-void CGContextEOFillPath(CGContextRef context);
 void CGContextStrokePath(CGContextRef context);
 /// Fill and stroke together cast one shadow.
 void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode);
 void CGContextFillRect(CGContextRef context, CGRect rect);
 void CGContextStrokeRect(CGContextRef context, CGRect rect);
 void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat width);
-void CGContextFillEllipseInRect(CGContextRef context, CGRect rect);
-void CGContextStrokeEllipseInRect(CGContextRef context, CGRect rect);
 /// Makes the pixels of the rectangle transparent, within the clip.
 void CGContextClearRect(CGContextRef context, CGRect rect);
 

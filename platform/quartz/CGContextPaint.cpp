@@ -123,21 +123,17 @@ void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode) {
   if (!context)
     return;
   const PathData& path = context->take_path();
-  const bool even_odd = mode == kCGPathEOFill || mode == kCGPathEOFillStroke;
   PlainSource fill(context->fine(context->state().fill));
   PlainSource stroke(context->fine(context->state().stroke));
   std::vector<Part> parts;
   if (mode != kCGPathStroke)
-    parts.push_back({context->fill_coverage(path, even_odd ? FillRule::even_odd : FillRule::nonzero), fill});
-  if (mode >= kCGPathStroke)
+    parts.push_back({context->fill_coverage(path, FillRule::nonzero), fill});
+  if (mode != kCGPathFill)
     parts.push_back({context->stroke_coverage(path), stroke});
   context->draw(parts);
 }
 void CGContextFillPath(CGContextRef context) {
   CGContextDrawPath(context, kCGPathFill);
-}
-void CGContextEOFillPath(CGContextRef context) {
-  CGContextDrawPath(context, kCGPathEOFill);
 }
 void CGContextStrokePath(CGContextRef context) {
   CGContextDrawPath(context, kCGPathStroke);
@@ -160,16 +156,6 @@ void CGContextStrokeRectWithWidth(CGContextRef context, CGRect rect, CGFloat wid
   CGContextSetLineWidth(context, width);
   CGContextStrokeRect(context, rect);
   context->state().pen.width = line_width;
-}
-void CGContextFillEllipseInRect(CGContextRef context, CGRect rect) {
-  CGContextBeginPath(context);
-  CGContextAddEllipseInRect(context, rect);
-  CGContextFillPath(context);
-}
-void CGContextStrokeEllipseInRect(CGContextRef context, CGRect rect) {
-  CGContextBeginPath(context);
-  CGContextAddEllipseInRect(context, rect);
-  CGContextStrokePath(context);
 }
 void CGContextClearRect(CGContextRef context, CGRect rect) {
   if (!context)

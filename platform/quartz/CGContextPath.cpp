@@ -85,18 +85,6 @@ void CGContextAddLineToPoint(CGContextRef context, CGFloat x, CGFloat y) {
   if (context)
     context->path.line_to(context->state().ctm, static_cast<double>(x), static_cast<double>(y));
 }
-void CGContextAddCurveToPoint(CGContextRef context, CGFloat cp1x, CGFloat cp1y, CGFloat cp2x, CGFloat cp2y,
-                              CGFloat x, CGFloat y) {
-  if (context)
-    context->path.curve_to(context->state().ctm, {point(cp1x, cp1y), point(cp2x, cp2y), point(x, y)});
-}
-void CGContextAddArc(CGContextRef context, CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle,
-                     CGFloat endAngle, int clockwise) {
-  if (context) {
-    context->path.add_arc(context->state().ctm, point(x, y), static_cast<double>(radius),
-                          static_cast<double>(startAngle), static_cast<double>(endAngle), clockwise != 0);
-  }
-}
 void CGContextAddArcToPoint(CGContextRef context, CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2,
                             CGFloat radius) {
   if (context) {

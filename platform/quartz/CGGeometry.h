@@ -6,12 +6,6 @@
 
 namespace cocoa {
 
-constexpr CGPoint CGPointMake(CGFloat x, CGFloat y) {
-  return {x, y};
-}
-constexpr CGSize CGSizeMake(CGFloat width, CGFloat height) {
-  return {width, height};
-}
 constexpr CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
   return {{x, y}, {width, height}};
 }

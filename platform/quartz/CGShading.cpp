@@ -45,10 +45,6 @@ CGShadingRef CGShadingCreateRadial(CGColorSpaceRef space, CGPoint start, CGFloat
   return shading;
 }
 
-CGShadingRef CGShadingRetain(CGShadingRef shading) {
-  return retain_counted(shading);
-}
-
 void CGShadingRelease(CGShadingRef shading) {
   release_counted(shading);
 }

@@ -26,7 +26,6 @@ CGShadingRef CGShadingCreateRadial(CGColorSpaceRef space, CGPoint start, CGFloat
                                    CGFloat endRadius, CGFunctionRef function, bool extendStart,
                                    bool extendEnd);
 
-CGShadingRef CGShadingRetain(CGShadingRef shading);
 void CGShadingRelease(CGShadingRef shading);
 
 }  // namespace cocoa

@@ -12,16 +12,6 @@ bool finite(DevicePoint p) {
   return std::isfinite(p.x) && std::isfinite(p.y);
 }
 
-/// The angle from start to end in the given direction; a whole turn for angles a turn or more apart. The
-/// tolerance is for turns that were rounded to single precision.
-double sweep_of_arc(double start, double end, bool clockwise) {
-  const double difference = clockwise ? start - end : end - start;
-  const double sweep = std::abs(difference) > 2 * pi - 1e-6 ? 2 * pi
-                       : difference < 0                     ? difference + 2 * pi
-                                                            : difference;
-  return clockwise ? -sweep : sweep;
-}
-
 }  // namespace
 
 void PathData::clear() {
@@ -83,21 +73,6 @@ void PathData::arc_segments(const Matrix& m, DevicePoint center, double radius, 
                  {to.x + k * std::sin(b), to.y - k * std::cos(b)},
                  to});
   }
-}
-
-void PathData::add_arc(const Matrix& m, DevicePoint center, double radius, double start, double end,
-                       bool clockwise) {
-  const DevicePoint first{center.x + radius * std::cos(start), center.y + radius * std::sin(start)};
-  if (!(radius >= 0) || !finite(m.apply(first.x, first.y)) || !std::isfinite(end))
-    return;
-  if (has_current_point()) {
-    line_to(m, first.x, first.y);
-  } else {
-    move_to(m, first.x, first.y);
-  }
-  const double sweep = sweep_of_arc(start, end, clockwise);
-  if (radius > 0 && sweep != 0)
-    arc_segments(m, center, radius, start, sweep);
 }
 
 void PathData::add_arc_to_point(const Matrix& m, DevicePoint p1, DevicePoint p2, double radius) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -77,12 +79,12 @@ class MenuTracking : public testing::Test {
     turn();
   }
 
-  static constexpr uint32_t key_return = 0xff0d;
-  static constexpr uint32_t key_escape = 0xff1b;
-  static constexpr uint32_t key_home = 0xff50;
-  static constexpr uint32_t key_up = 0xff52;
-  static constexpr uint32_t key_down = 0xff54;
-  static constexpr uint32_t key_end = 0xff57;
+  static constexpr uint32_t key_return = XKB_KEY_Return;
+  static constexpr uint32_t key_escape = XKB_KEY_Escape;
+  static constexpr uint32_t key_home = XKB_KEY_Home;
+  static constexpr uint32_t key_up = XKB_KEY_Up;
+  static constexpr uint32_t key_down = XKB_KEY_Down;
+  static constexpr uint32_t key_end = XKB_KEY_End;
   static constexpr cocoa::NSPoint on_button = {100, 40};
   cocoa::NSAutoreleasePool pool;
   ManualClock clock{1000};

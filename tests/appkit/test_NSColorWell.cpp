@@ -1,3 +1,5 @@
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gmock/gmock.h>
 
 #include "appkit/NSColorWell.h"
@@ -73,7 +75,7 @@ class ColorWellTest : public WindowFixture {
     opened().key_down('a', "\x01", modifier_control);
     opened().type(text);
     if (confirm)
-      opened().key_down(0xff0d, "\r");
+      opened().key_down(XKB_KEY_Return, "\r");
     turn();
   }
   static constexpr NSPoint red_entry = {310, 117};
@@ -237,9 +239,9 @@ TEST_F(ColorWellTest, ConfirmingWhatShowsDoesNotRound) {
   well->setColor(rgb(0.1234, 0.2, 0.3).get());
   activate();
   click(opened(), red_entry);
-  opened().key_down(0xff0d, "\r");
+  opened().key_down(XKB_KEY_Return, "\r");
   click(opened(), hex_entry);
-  opened().key_down(0xff0d, "\r");
+  opened().key_down(XKB_KEY_Return, "\r");
   turn();
   EXPECT_THAT(listener->colors, IsEmpty());
   expect_color(*well->color(), 0.1234, 0.2, 0.3);
@@ -258,7 +260,7 @@ TEST_F(ColorWellTest, WhatIsNoNumberIsRefusedAndWritesNothing) {
   type(hex_entry, "blue");
   EXPECT_TRUE(panel().entry(NSColorPanel::hexadecimal)->isRefused());
   EXPECT_THAT(listener->colors, IsEmpty());
-  opened().key_down(0xff1b, "\x1b");
+  opened().key_down(XKB_KEY_Escape, "\x1b");
   turn();
   EXPECT_FALSE(panel().entry(NSColorPanel::hexadecimal)->isRefused());
   EXPECT_TRUE(panel().isVisible());
@@ -270,7 +272,7 @@ TEST_F(ColorWellTest, WhatIsNoNumberIsRefusedAndWritesNothing) {
 TEST_F(ColorWellTest, EscapeWithNothingTypedClosesThePanel) {
   activate();
   click(opened(), hex_entry);
-  opened().key_down(0xff1b, "\x1b");
+  opened().key_down(XKB_KEY_Escape, "\x1b");
   turn();
   EXPECT_FALSE(panel().isVisible());
   EXPECT_FALSE(well->isActive());

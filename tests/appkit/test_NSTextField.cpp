@@ -1,3 +1,5 @@
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <limits>
 
 #include "appkit/NSEvent.h"
@@ -123,7 +125,7 @@ TEST_F(TextField, EscapeGoesOnToWhoeverItLiesIn) {
 }
 
 TEST_F(TextField, KeysItHasNoUseForGoOn) {
-  press(0xffbe);  // F1
+  press(XKB_KEY_F1);
   shown().key_down('p', "", modifier_control);
   shown().key_down('p', "p", modifier_option);
   turn();

@@ -85,7 +85,6 @@ TEST(NSView, ConvertsBetweenViewsAndTheWindow) {
   EXPECT_EQ(inner->convertPoint_fromView({30, 40}, nullptr), (NSPoint{5, 4}));
   EXPECT_EQ(inner->convertPoint_toView({5, 4}, nullptr), (NSPoint{30, 40}));
   EXPECT_EQ(inner->convertPoint_toView({1, 1}, box.get()), (NSPoint{6, 7}));
-  EXPECT_EQ(inner->convertRect_fromView(NSMakeRect(5, 6, 7, 8), box.get()), NSMakeRect(0, 0, 7, 8));
 }
 
 TEST(NSView, SubviewsFollowAsTheirAutoresizingMasksSay) {

@@ -78,7 +78,7 @@ TEST_F(MenuTracking, DismissingClosesWithoutAChoice) {
 
 TEST_F(MenuTracking, AnItemThatHasGoneMeanwhileIsNotChosen) {
   click_button();
-  button->removeItemWithTitle("Noise");
+  button->cell()->removeItemWithTitle("Noise");
   key(key_end);
   key(key_return);
   EXPECT_FALSE(open());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <string>
 #include <vector>
 
@@ -11,10 +13,13 @@ namespace cocoa {
 
 /// X keysyms that tests press.
 namespace key {
-inline constexpr uint32_t enter = 0xff0d, keypad_enter = 0xff8d, escape = 0xff1b, backspace = 0xff08;
-inline constexpr uint32_t tab = 0xff09, left_tab = 0xfe20, left = 0xff51, right = 0xff53, home = 0xff50;
-inline constexpr uint32_t end = 0xff57, forward_delete = 0xffff, insert = 0xff63;
-inline constexpr uint32_t keypad_separator = 0xffac, keypad_decimal = 0xffae, keypad_7 = 0xffb7;
+inline constexpr uint32_t enter = XKB_KEY_Return, keypad_enter = XKB_KEY_KP_Enter, escape = XKB_KEY_Escape,
+                          backspace = XKB_KEY_BackSpace;
+inline constexpr uint32_t tab = XKB_KEY_Tab, left_tab = XKB_KEY_ISO_Left_Tab, left = XKB_KEY_Left,
+                          right = XKB_KEY_Right, home = XKB_KEY_Home;
+inline constexpr uint32_t end = XKB_KEY_End, forward_delete = XKB_KEY_Delete, insert = XKB_KEY_Insert;
+inline constexpr uint32_t keypad_separator = XKB_KEY_KP_Separator, keypad_decimal = XKB_KEY_KP_Decimal,
+                          keypad_7 = XKB_KEY_KP_7;
 }  // namespace key
 
 /// Receives "entered:" and notes what the sender's value was.

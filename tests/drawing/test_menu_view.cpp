@@ -46,7 +46,7 @@ TEST_F(MenuView, WorksTheItemsOfItsButton) {
   EXPECT_EQ(button->itemAtIndex(1)->title(), "Saw");
   EXPECT_EQ(menu->indexOfSelectedItem(), 3);
   menu->append_item(text("Sine").get());
-  EXPECT_EQ(button->indexOfItemWithTitle("Sine"), 3) << "a title is there once";
+  EXPECT_EQ(button->cell()->indexOfItemWithTitle("Sine"), 3) << "a title is there once";
   menu->remove_all_items();
   EXPECT_EQ(button->numberOfItems(), 0);
   EXPECT_EQ(menu->indexOfSelectedItem(), -1);

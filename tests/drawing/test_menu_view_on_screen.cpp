@@ -1,3 +1,5 @@
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <functional>
 #include <vector>
 
@@ -47,9 +49,9 @@ class MenuViewOnScreen : public MenuView {
   }
 
   static constexpr NSPoint middle = {static_cast<CGFloat>(in_middle), static_cast<CGFloat>(height)};
-  static constexpr uint32_t key_return = 0xff0d;
-  static constexpr uint32_t key_escape = 0xff1b;
-  static constexpr uint32_t key_down = 0xff54;
+  static constexpr uint32_t key_return = XKB_KEY_Return;
+  static constexpr uint32_t key_escape = XKB_KEY_Escape;
+  static constexpr uint32_t key_down = XKB_KEY_Down;
   NSAutoreleasePool pool;
   test::ManualClock clock{1000};
   HeadlessWindowSystem system{clock};

@@ -86,6 +86,19 @@ class Canvas {
   CGContextRef context_;
 };
 
+/// Turns user space counter-clockwise; in radians.
+inline void rotate(CGContextRef context, CGFloat angle) {
+  const CGFloat cosine = std::cos(angle);
+  const CGFloat sine = std::sin(angle);
+  CGContextConcatCTM(context, {cosine, sine, -sine, cosine, 0, 0});
+}
+
+inline void fill_ellipse(CGContextRef context, CGRect rect) {
+  CGContextBeginPath(context);
+  CGContextAddEllipseInRect(context, rect);
+  CGContextFillPath(context);
+}
+
 /// A shading's colour rule: t to red, green, blue, alpha.
 using ColorRule = std::function<void(CGFloat t, CGFloat* rgba)>;
 

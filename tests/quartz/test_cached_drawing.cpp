@@ -19,7 +19,7 @@ void set_place(CGContextRef c, CGFloat scale, CGFloat x) {
 
 void fill_grey(CGContextRef c, CGFloat grey, CGFloat alpha) {
   CGContextSetRGBFillColor(c, grey, grey, grey, alpha);
-  CGContextFillEllipseInRect(c, CGRectMake(20, 15, 35, 25));
+  fill_ellipse(c, CGRectMake(20, 15, 35, 25));
 }
 
 void rising_red(CGFloat t, CGFloat* rgba) {
@@ -61,7 +61,8 @@ std::vector<Scene> scenes(const Shadings& shadings) {
         add([=](CGContextRef c) {
           CGContextAddRect(c, CGRectMake(CGFloat(10.5), CGFloat(10.5), 40, 40));
           CGContextAddEllipseInRect(c, CGRectMake(20, 15, 35, 25));
-          is_even_odd ? CGContextEOFillPath(c) : CGContextFillPath(c);
+          is_even_odd ? CGContextEOClip(c) : CGContextClip(c);
+          CGContextFillRect(c, CGRectMake(0, 0, width, height));
         });
       }
       for (const CGFloat line : {CGFloat{1}, CGFloat{3}}) {

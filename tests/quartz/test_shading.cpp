@@ -240,7 +240,7 @@ TEST(RadialShading, InAClipOfItsOwnSizeIsAsSmoothAsAColour) {
                      radial({CGFloat(25.2), CGFloat(23.1)}, 20, {CGFloat(25.2), CGFloat(23.1)}, 0, red_only));
     Canvas filled(80, 80, scale);
     CGContextSetRGBFillColor(filled.context(), 1, 0, 0, 1);
-    CGContextFillEllipseInRect(filled.context(), disc);
+    fill_ellipse(filled.context(), disc);
     // Of a pixel whose centre lies further out than half a pixel, the disc covers but a corner.
     for (int y = 0; y < 80; ++y) {
       for (int x = 0; x < 80; ++x)

@@ -199,13 +199,6 @@ TEST(Shadow, AlphaIsThatOfItsColourTheObjectAndTheState) {
   EXPECT_NEAR(canvas.at(15, 15).alpha, 0.5 * 0.8 * 255, 1);
 }
 
-TEST(Shadow, PlainOnesAreBlackWithAThirdOfAlpha) {
-  Canvas canvas(60, 30);
-  CGContextSetShadow(canvas.context(), {30, 0}, 0);
-  fill_red(canvas.context(), CGRectMake(5, 5, 20, 20));
-  EXPECT_EQ(canvas.at(45, 15), (Pixel{0, 0, 0, 85}));
-}
-
 TEST(Shadow, IsTurnedOffByANullOrTransparentColourAndByRestoring) {
   Canvas canvas(60, 30);
   CGContextRef c = canvas.context();

@@ -42,7 +42,7 @@ TEST(ShadingInAShape, CoversWhatAColourWouldCover) {
   draw_ellipse(shaded.context(), ellipse, {{0, 0}, {100, 70}});
   Canvas filled(100, 70);
   CGContextSetRGBFillColor(filled.context(), 1, 0, 0, 1);
-  CGContextFillEllipseInRect(filled.context(), ellipse);
+  fill_ellipse(filled.context(), ellipse);
   for (int y = 0; y < 70; ++y) {
     for (int x = 0; x < 100; ++x)
       expect_near(shaded.at(x, y), filled.at(x, y), 1, x, y);
@@ -150,7 +150,7 @@ void draw_scene(CGContextRef context) {
   CGContextSaveGState(context);
   set_shadow(context, {CGFloat(-2.5), 3}, 3, 0, 0, CGFloat(0.3), CGFloat(0.7));
   CGContextSetRGBFillColor(context, 1, CGFloat(0.4), 0, CGFloat(0.8));
-  CGContextFillEllipseInRect(context, ellipse);
+  fill_ellipse(context, ellipse);
   CGContextSetLineWidth(context, CGFloat(2.2));
   CGContextSetLineJoin(context, kCGLineJoinRound);
   CGContextMoveToPoint(context, 0, 10);

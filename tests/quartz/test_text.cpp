@@ -211,7 +211,7 @@ TEST(Text, TurnsWithTheTransform) {
   Canvas canvas(60, 60);
   CGContextRef c = canvas.context();
   CGContextTranslateCTM(c, 40, 0);
-  CGContextRotateCTM(c, static_cast<CGFloat>(M_PI / 2));
+  rotate(c, static_cast<CGFloat>(M_PI / 2));
   CGContextDrawText(c, CGRectMake(0, 0, 60, 30), "HHH", style_of(20));
   const auto painted = canvas.painted();
   EXPECT_NEAR(painted.right, 40 - 30 + 20 * ascent, 1);  // the baseline stands upright
@@ -226,7 +226,7 @@ TEST(Text, LeavesThePathAlone) {
   CGContextDrawText(c, CGRectMake(0, 0, 60, 30), "H", style);
   style.line_break = LineBreak::clip;
   CGContextDrawText(c, CGRectMake(0, 0, 60, 30), "H", style);
-  EXPECT_EQ(CGContextGetPathCurrentPoint(c), CGPointMake(3, 4));
+  EXPECT_EQ(CGContextGetPathCurrentPoint(c), (CGPoint{3, 4}));
 }
 
 TEST(Text, ComesOutTheSameAfterItsLayoutWasForgotten) {

@@ -191,7 +191,7 @@ TEST(TextFonts, AMissingBoldFaceIsMadeFromTheRegularOne) {
     // As outlines too.
     const auto turned = [](const TextStyle& style) {
       Canvas canvas(120, 120);
-      CGContextRotateCTM(canvas.context(), CGFloat(0.3));
+      rotate(canvas.context(), CGFloat(0.3));
       CGContextDrawText(canvas.context(), CGRectMake(20, 10, 90, 60), "Rate", style);
       return canvas.pixels();
     };

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "capsule_colors.h"
 #include "drawing/capsule.h"
 #include "drawn_view.h"
 #include "open_graph.h"
@@ -13,28 +14,24 @@ using test::device_color;
 using test::distance;
 using test::DrawnView;
 using test::editor_graph;
+using test::glass;
+using test::grey;
+using test::inner_share;
 using test::OpenGraph;
 using test::over;
 using test::Pixel;
+using test::tri;
 
 constexpr double height = 98;
 
-// The colours worked out from the formulas.
-
-double tri(double t) {
-  return 1 - std::abs(1 - 2 * t);
-}
-
+/// The graph's glass reaches further than that of other capsules, and fades out.
 Pixel shine(double y) {
   const double t = y / height;
-  const double u = (t - 0.35) * 3.333333 - 0.5;
-  const double alpha = t >= 0.15 && t <= 0.85 ? std::max(0.0, 0.15 * (1 - u * u)) : 0;
-  return {tri(t), tri(t), tri(t), alpha};
+  return {tri(t), tri(t), tri(t), t >= 0.15 && t <= 0.85 ? std::max(0.0, glass(t)) : 0};
 }
 
 Pixel panel(double y) {
-  const double grey = 0.1 * tri(y / height);
-  return {grey, grey, grey, 1};
+  return grey(0.1 * tri(y / height));
 }
 
 void expect_pixel(const Pixel& actual, const Pixel& expected) {
@@ -70,9 +67,7 @@ TEST_P(GraphDrawing, CapsFadeFromBlackToGreyTips) {
   const double y = drawn.centre(49);
   for (const double x : {1.6, 3.2, 206.7, 208.2}) {
     const double t = x < 5 ? (5 - drawn.centre(x)) / 5 : (drawn.centre(x) - 205) / 5;
-    const double v = std::cos(t * 1.5707963267948966);
-    const double grey = 0.25 * (1 - v * v);
-    expect_pixel(drawn.at(x, 49), over(shine(y), {grey, grey, grey, 1}));
+    expect_pixel(drawn.at(x, 49), over(shine(y), grey(0.25 * (1 - inner_share(t)))));
   }
   EXPECT_EQ(drawn.at(0.2, 0.2), Pixel{});
 }

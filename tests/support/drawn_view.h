@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <ostream>
+#include <vector>
 
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSView.h"
@@ -50,7 +50,8 @@ class DrawnView {
       : scale_(scale),
         width_(static_cast<size_t>(std::ceil(static_cast<double>(size.width) * scale))),
         height_(static_cast<size_t>(std::ceil(static_cast<double>(size.height) * scale))),
-        context_(cocoa::CGBitmapContextCreateWithScale(nullptr, width_, height_, 0, scale)) {
+        pixels_(width_ * height_),
+        context_(cocoa::CGBitmapContextCreateWithScale(pixels_.data(), width_, height_, 0, scale)) {
     const cocoa::NSGraphicsContext::Scope scope(context_);
     draw(context_);
   }
@@ -62,13 +63,8 @@ class DrawnView {
   int height() const { return static_cast<int>(height_); }
   /// A device pixel, counted from the lower left.
   Pixel pixel(int column, int row) const {
-    const auto* rows = static_cast<const uint8_t*>(cocoa::CGBitmapContextGetData(context_));
-    const size_t from_top = height_ - 1 - static_cast<size_t>(row);
-    uint32_t argb = 0;
-    std::memcpy(
-        &argb,
-        rows + from_top * cocoa::CGBitmapContextGetBytesPerRow(context_) + 4 * static_cast<size_t>(column),
-        sizeof argb);
+    const uint32_t argb =
+        pixels_[(height_ - 1 - static_cast<size_t>(row)) * width_ + static_cast<size_t>(column)];
     const auto part = [argb](unsigned shift) { return static_cast<double>((argb >> shift) & 0xFF) / 255; };
     return {part(16), part(8), part(0), part(24)};
   }
@@ -79,15 +75,7 @@ class DrawnView {
   /// The centre of that pixel along one axis, in points.
   double centre(double position) const { return (std::floor(position * scale_) + 0.5) / scale_; }
   bool operator==(const DrawnView& other) const {
-    if (width_ != other.width_ || height_ != other.height_)
-      return false;
-    for (int row = 0; row < height(); ++row) {
-      for (int column = 0; column < width(); ++column) {
-        if (pixel(column, row) != other.pixel(column, row))
-          return false;
-      }
-    }
-    return true;
+    return width_ == other.width_ && height_ == other.height_ && pixels_ == other.pixels_;
   }
   bool write(const char* path) const { return cocoa::CGBitmapContextWritePNG(context_, path); }
 
@@ -95,6 +83,7 @@ class DrawnView {
   double scale_;
   size_t width_;
   size_t height_;
+  std::vector<uint32_t> pixels_;
   cocoa::CGContextRef context_;
 };
 

@@ -79,7 +79,4 @@ class ColorComparisonView : public NSView {
   Ref<NSColor> previous_;
 };
 
-/// Adds a rectangle with corners of that radius to the context's path.
-void add_rounded_rect(CGContextRef context, NSRect rect, CGFloat radius);
-
 }  // namespace cocoa

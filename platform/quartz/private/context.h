@@ -41,8 +41,6 @@ struct GraphicsState {
   Matrix ctm;  ///< from user space to device pixels
   Coverage clip;
 
-  ColorModel fill_model = ColorModel::rgb;
-  ColorModel stroke_model = ColorModel::rgb;
   Rgba fill;
   Rgba stroke;
   double alpha = 1;

@@ -26,7 +26,6 @@ class PathData {
   void move_to(const Matrix& m, double x, double y);
   void line_to(const Matrix& m, double x, double y);
   void curve_to(const Matrix& m, const DevicePoint (&p)[3]);
-  void add_arc(const Matrix& m, DevicePoint center, double radius, double start, double end, bool clockwise);
   void add_arc_to_point(const Matrix& m, DevicePoint p1, DevicePoint p2, double radius);
   void add_ellipse(const Matrix& m, CGRect rect);
   void add_rect(const Matrix& m, CGRect rect);
