@@ -1,6 +1,7 @@
 #include "drawing/KV_Ondex_Box.h"
 
 #include "drawing/shading.h"
+#include "quartz/rounded_rect.h"
 
 namespace ondex {
 
@@ -65,24 +66,7 @@ void KV_Ondex_Box::draw_edge_in_rect(CGContextRef context, CGRect rect) {
 
 void KV_Ondex_Box::add_rounded_rect_to_path_rect_oval_width_oval_height(CGContextRef context, CGRect rect,
                                                                         float oval_width, float oval_height) {
-  if (oval_width == 0 || oval_height == 0) {
-    CGContextAddRect(context, rect);
-    return;
-  }
-  CGContextSaveGState(context);
-  CGContextTranslateCTM(context, NSMinX(rect), NSMinY(rect));
-  CGContextScaleCTM(context, static_cast<CGFloat>(oval_width), static_cast<CGFloat>(oval_height));
-  // In these units a corner is a quarter of a circle of radius 0.5.
-  const auto w = NSWidth(rect) / static_cast<CGFloat>(oval_width);
-  const auto h = NSHeight(rect) / static_cast<CGFloat>(oval_height);
-  constexpr auto radius = CGFloat(0.5);
-  CGContextMoveToPoint(context, w, h / 2);
-  CGContextAddArcToPoint(context, w, h, w / 2, h, radius);
-  CGContextAddArcToPoint(context, 0, h, 0, h / 2, radius);
-  CGContextAddArcToPoint(context, 0, 0, w / 2, 0, radius);
-  CGContextAddArcToPoint(context, w, 0, w, h / 2, radius);
-  CGContextClosePath(context);
-  CGContextRestoreGState(context);
+  add_rounded_rect(context, rect, static_cast<CGFloat>(oval_width), static_cast<CGFloat>(oval_height));
 }
 
 }  // namespace ondex

@@ -13,15 +13,6 @@ constexpr CGFloat rim_width = 20;
 /// The panel's blue; its rules read no second colour.
 constexpr two_color_info panel_colors = {CGFloat(0.21), CGFloat(0.51), CGFloat(0.82), 1, 0, 0, 0, 1};
 
-/// Paints the band between the perpendiculars through (x, y) and (x + width, y); false when it cannot.
-bool draw_band(CGContextRef context, const Function& function, CGPoint start, CGFloat width) {
-  const Shading shading = create_axial_shading(function, start, {start.x + width, start.y});
-  if (!shading)
-    return false;
-  CGContextDrawShading(context, shading.get());
-  return true;
-}
-
 }  // namespace
 
 const Class KV_Ondex_Panel_View::class_ = {
@@ -39,13 +30,13 @@ void KV_Ondex_Panel_View::drawRect(NSRect) {
 
 void KV_Ondex_Panel_View::do_2d_bg_area(CGContextRef context, CGRect area) {
   const CGPoint origin = area.origin;
-  if (!draw_band(context, create_shader_function(panel_rules::bg_panel_evaluate, &panel_colors), origin,
+  if (!fill_band(context, create_shader_function(panel_rules::bg_panel_evaluate, &panel_colors), origin,
                  NSWidth(area))) {
     return;
   }
   const Function rim = create_shader_function(panel_rules::bg_sidebars_evaluate, &panel_colors);
-  if (draw_band(context, rim, origin, rim_width))
-    draw_band(context, rim, {NSMaxX(area) - rim_width, origin.y}, rim_width);
+  if (fill_band(context, rim, origin, rim_width))
+    fill_band(context, rim, {NSMaxX(area) - rim_width, origin.y}, rim_width);
 }
 
 CGColorSpaceRef KV_Ondex_Panel_View::get_RGB_color_space() {

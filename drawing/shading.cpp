@@ -117,6 +117,14 @@ void fill_rect_and_ellipse(CGContextRef context, CGRect rect, CGRect ellipse, co
   });
 }
 
+bool fill_band(CGContextRef context, const Function& function, CGPoint start, CGFloat width) {
+  const Shading shading = create_axial_shading(function, start, {start.x + width, start.y});
+  if (!shading)
+    return false;
+  CGContextDrawShading(context, shading.get());
+  return true;
+}
+
 void fill_rect_upwards(CGContextRef context, CGRect rect, CGFunctionEvaluateCallback evaluate,
                        const two_color_info* colors) {
   const CGPoint top = {NSMinX(rect), NSMaxY(rect)};

@@ -1,12 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "foundation/NSGeometry.h"
-#include "quartz/CGColorSpace.h"
-#include "quartz/CGContext.h"
-#include "quartz/CGFunction.h"
-#include "quartz/CGShading.h"
+#include "quartz/CGOwned.h"
 
 /// Shaded fills: a surface whose colour at each point is given by a rule, a small plain function of one
 /// number t in [0, 1], handed two colours to work with. A fill is made in three steps: a function of rule and
@@ -47,13 +42,9 @@ cocoa::CGColorSpaceRef device_RGB_color_space();
 /// The context of the view that is being drawn; null, which draws nothing, outside drawing.
 cocoa::CGContextRef current_port();
 
-/// Quartz objects that are released when they go; null when they could not be made.
-struct QuartzRelease {
-  void operator()(cocoa::CGFunctionRef function) const { cocoa::CGFunctionRelease(function); }
-  void operator()(cocoa::CGShadingRef shading) const { cocoa::CGShadingRelease(shading); }
-};
-using Function = std::unique_ptr<cocoa::CGFunction, QuartzRelease>;
-using Shading = std::unique_ptr<cocoa::CGShading, QuartzRelease>;
+/// Null when they could not be made.
+using Function = cocoa::CGOwned<cocoa::CGFunction>;
+using Shading = cocoa::CGOwned<cocoa::CGShading>;
 
 /// A shading function of the rule `evaluate`, which owns a copy of `colors`; the rule gets a null info when
 /// `colors` is null. A function that cannot be made is logged by those who make a shading of it.
@@ -78,6 +69,11 @@ void fill_rect(cocoa::CGContextRef context, cocoa::CGRect rect, const Shading& s
 void fill_ellipse(cocoa::CGContextRef context, cocoa::CGRect ellipse, const Shading& shading);
 void fill_rect_and_ellipse(cocoa::CGContextRef context, cocoa::CGRect rect, cocoa::CGRect ellipse,
                            const Shading& shading);
+
+/// Fills the band between the perpendiculars through `start` and a point `width` to its right, as high as the
+/// clip, with t running from the first to the second. False when it cannot.
+bool fill_band(cocoa::CGContextRef context, const Function& function, cocoa::CGPoint start,
+               cocoa::CGFloat width);
 
 /// Fills a rectangle with t running from its bottom to its top.
 void fill_rect_upwards(cocoa::CGContextRef context, cocoa::CGRect rect,

@@ -115,7 +115,7 @@ void KVOndexView::awakeFromNib() {
   configure_graph(_vibrato_right_oscillator_response_view, readout_color.get(), curve_color.get());
 
   send(_knob, &Knob::set_callback_onObject, knob_callback_selector, this);
-  send(_knob, &Knob::set_values_minimum_maximum_default_value_scale_type, 0.0, 20.0, 0.0, linear_scale);
+  send(_knob, &Knob::set_values_minimum_maximum_default_value_scale_type, 0.0, 20.0, 0.0, scale_type_linear);
   send(_knob, &Knob::set_current_value, 0.0);
 
   configure_label(_tremolo_label, "Tremolo", info_color.get());

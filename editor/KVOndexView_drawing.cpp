@@ -24,15 +24,6 @@ void bg_sidebars_evaluate(void*, const CGFloat* in, CGFloat* out) {
   set_warm(out, ridge(in[0]));
 }
 
-/// Paints the band between the perpendiculars through two points, as high as the clip; false when it cannot.
-bool draw_band(CGContextRef context, const Function& color, CGPoint start, CGFloat width) {
-  const Shading shading = create_axial_shading(color, start, {start.x + width, start.y});
-  if (!shading)
-    return false;
-  CGContextDrawShading(context, shading.get());
-  return true;
-}
-
 }  // namespace
 
 void KVOndexView::drawRect(NSRect) {
@@ -41,11 +32,11 @@ void KVOndexView::drawRect(NSRect) {
 
 void KVOndexView::do_2d_bg_area(CGContextRef context, CGRect area) {
   const CGPoint origin = area.origin;
-  if (!draw_band(context, create_shader_function(bg_panel_evaluate, nullptr), origin, NSWidth(area)))
+  if (!fill_band(context, create_shader_function(bg_panel_evaluate, nullptr), origin, NSWidth(area)))
     return;
   const Function sidebar = create_shader_function(bg_sidebars_evaluate, nullptr);
-  if (draw_band(context, sidebar, origin, sidebar_width))
-    draw_band(context, sidebar, {NSMaxX(area) - sidebar_width, origin.y}, sidebar_width);
+  if (fill_band(context, sidebar, origin, sidebar_width))
+    fill_band(context, sidebar, {NSMaxX(area) - sidebar_width, origin.y}, sidebar_width);
 }
 
 CGColorSpaceRef KVOndexView::get_RGB_color_space() {

@@ -19,15 +19,6 @@ constexpr double theta_at_maximum = -0.7853981633974483;  // -π/4, lower right
 constexpr double wheel_gain = 0.001;                      // of the span, a unit
 constexpr int restore_click_count = 2;
 
-/// The value brought inside the range. Not-a-number fails the first comparison and becomes the minimum.
-double clamped(double value, double minimum, double maximum) {
-  if (!(value >= minimum))
-    return minimum;
-  if (value > maximum)
-    return maximum;
-  return value;
-}
-
 }  // namespace
 
 const Class KV_Ondex_Big_Knob_View::class_ = {
@@ -45,13 +36,9 @@ KV_Ondex_Big_Knob_View::KV_Ondex_Big_Knob_View(NSRect frame)
   _radius = static_cast<double>(_knob_rect.size.width) / 2.0 - pointer_inset;
   update_scales();
   update_knob_location();
-  _knob_hit_path = CGPathCreateMutable();
-  CGPathAddEllipseInRect(_knob_hit_path, nullptr, _control_rect);
+  _knob_hit_path.reset(CGPathCreateMutable());
+  CGPathAddEllipseInRect(_knob_hit_path.get(), nullptr, _control_rect);
   setNeedsDisplay(true);
-}
-
-KV_Ondex_Big_Knob_View::~KV_Ondex_Big_Knob_View() {
-  CGPathRelease(_knob_hit_path);
 }
 
 void KV_Ondex_Big_Knob_View::awakeFromNib() {
@@ -136,7 +123,7 @@ void KV_Ondex_Big_Knob_View::mouseDown(NSEvent* event) {
     _value = _default_value;
   } else {
     const NSPoint point = point_of(*event);
-    if (CGPathContainsPoint(_knob_hit_path, nullptr, point, false)) {
+    if (CGPathContainsPoint(_knob_hit_path.get(), nullptr, point, false)) {
       _mouse_is_down = true;
       set_value_from_point(point);
     }

@@ -7,7 +7,7 @@
 #include "drawing/shading.h"
 #include "quartz/CGColorSpace.h"
 #include "quartz/CGContext.h"
-#include "quartz/CGPath.h"
+#include "quartz/CGOwned.h"
 
 namespace ondex {
 
@@ -24,7 +24,6 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
 
   /// Range 0 to 1, linear, value and default 0.
   explicit KV_Ondex_Big_Knob_View(cocoa::NSRect frame);
-  ~KV_Ondex_Big_Knob_View() override;
   void awakeFromNib() override;
 
   /// Sent with the knob as the only object after every press, drag and turn of the wheel, changed or not.
@@ -60,9 +59,9 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
  protected:
   bool _mouse_is_down = false;  ///< a press that began on the knob is held
   int32_t _scale_type = 0;
-  cocoa::NSRect _control_rect;                       ///< the bounds
-  cocoa::NSRect _knob_rect;                          ///< the bounds less 5 points on every side
-  cocoa::CGMutablePathRef _knob_hit_path = nullptr;  ///< owned: the ellipse in _control_rect
+  cocoa::NSRect _control_rect;                   ///< the bounds
+  cocoa::NSRect _knob_rect;                      ///< the bounds less 5 points on every side
+  cocoa::CGOwned<cocoa::CGPath> _knob_hit_path;  ///< the ellipse in _control_rect
   Callback _callback;
   double _value = 0.0;  ///< this and the next three in mapped space
   double _minimum_value = 0.0;

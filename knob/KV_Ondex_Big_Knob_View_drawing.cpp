@@ -2,7 +2,7 @@
 #include "drawing/shading.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"
 #include "knob/private/knob_colors.h"
-#include "quartz/CGColor.h"
+#include "quartz/CGOwned.h"
 
 namespace ondex {
 
@@ -25,9 +25,8 @@ constexpr CGFloat shadow_blur = 2;
 
 void set_shadow(CGContextRef context) {
   constexpr CGFloat components[] = {0, 0, 0, CGFloat(0.666)};
-  CGColorRef color = CGColorCreate(device_RGB_color_space(), components);
-  CGContextSetShadowWithColor(context, shadow_offset, shadow_blur, color);
-  CGColorRelease(color);
+  const CGOwned<CGColor> color(CGColorCreate(device_RGB_color_space(), components));
+  CGContextSetShadowWithColor(context, shadow_offset, shadow_blur, color.get());
 }
 
 /// The pointer. Two of its colours are single-precision constants.

@@ -27,15 +27,6 @@ constexpr Action readout_actions[] = {
     {done_editing_action, MethodAction<&KV_Ondex_Parameter_Control_View::pop_up_done_editing>::perform},
 };
 
-/// The value brought inside the range. Not-a-number fails the first comparison and becomes the minimum.
-double clamped(double value, double minimum, double maximum) {
-  if (!(value >= minimum))
-    return minimum;
-  if (value > maximum)
-    return maximum;
-  return value;
-}
-
 }  // namespace
 
 const Class KV_Ondex_Parameter_Control_View::class_ = {

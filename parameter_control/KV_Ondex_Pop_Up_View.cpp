@@ -2,6 +2,7 @@
 
 #include "appkit/NSWindow.h"
 #include "drawing/capsule.h"
+#include "quartz/rounded_rect.h"
 
 namespace ondex {
 
@@ -79,22 +80,7 @@ void KV_Ondex_Pop_Up_View::drawRect(NSRect) {
 void KV_Ondex_Pop_Up_View::add_rounded_rect_to_path_rect_oval_width_oval_height(CGContextRef context,
                                                                                 CGRect rect, float oval_width,
                                                                                 float oval_height) {
-  if (oval_width == 0 || oval_height == 0) {
-    CGContextAddRect(context, rect);
-    return;
-  }
-  CGContextSaveGState(context);
-  CGContextTranslateCTM(context, NSMinX(rect), NSMinY(rect));
-  CGContextScaleCTM(context, static_cast<CGFloat>(oval_width), static_cast<CGFloat>(oval_height));
-  const CGFloat width = rect.size.width / static_cast<CGFloat>(oval_width);
-  const CGFloat height = rect.size.height / static_cast<CGFloat>(oval_height);
-  CGContextMoveToPoint(context, width, height / 2);
-  CGContextAddArcToPoint(context, width, height, width / 2, height, 0.5);
-  CGContextAddArcToPoint(context, 0, height, 0, height / 2, 0.5);
-  CGContextAddArcToPoint(context, 0, 0, width / 2, 0, 0.5);
-  CGContextAddArcToPoint(context, width, 0, width, height / 2, 0.5);
-  CGContextClosePath(context);
-  CGContextRestoreGState(context);
+  add_rounded_rect(context, rect, static_cast<CGFloat>(oval_width), static_cast<CGFloat>(oval_height));
 }
 
 }  // namespace ondex

@@ -20,4 +20,13 @@ double plain_value(int32_t scale_type, double mapped) {
   return mapped;
 }
 
+// Not-a-number fails the first comparison.
+double clamped(double value, double minimum, double maximum) {
+  if (!(value >= minimum))
+    return minimum;
+  if (value > maximum)
+    return maximum;
+  return value;
+}
+
 }  // namespace ondex

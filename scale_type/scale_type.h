@@ -19,4 +19,7 @@ enum : int32_t {
 double mapped_value(int32_t scale_type, double plain);
 double plain_value(int32_t scale_type, double mapped);
 
+/// The value brought inside a range. What is not a number becomes the minimum.
+double clamped(double value, double minimum, double maximum);
+
 }  // namespace ondex

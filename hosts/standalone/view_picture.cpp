@@ -7,6 +7,7 @@
 
 #include "appkit/NSGraphicsContext.h"
 #include "quartz/CGBitmapContext.h"
+#include "quartz/CGOwned.h"
 #include "windows/pixel_geometry.h"
 
 namespace ondex {
@@ -22,10 +23,10 @@ struct Canvas {
   std::vector<uint32_t> pixels =
       std::vector<uint32_t>(static_cast<size_t>(width) * static_cast<size_t>(height));
 
-  CGContextRef make_context(double scale) {
+  CGOwned<CGContext> make_context(double scale) {
     const auto columns = static_cast<size_t>(width);
-    return CGBitmapContextCreateWithScale(pixels.data(), columns, static_cast<size_t>(height),
-                                          columns * sizeof(uint32_t), scale);
+    return CGOwned<CGContext>(CGBitmapContextCreateWithScale(
+        pixels.data(), columns, static_cast<size_t>(height), columns * sizeof(uint32_t), scale));
   }
   uint32_t& at(int x, int y) {
     return pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
@@ -33,18 +34,13 @@ struct Canvas {
 };
 
 bool write(Canvas& canvas, const char* path) {
-  CGContextRef context = canvas.make_context(1);
-  const bool written = CGBitmapContextWritePNG(context, path);
-  CGContextRelease(context);
-  return written;
+  return CGBitmapContextWritePNG(canvas.make_context(1).get(), path);
 }
 
 bool write_drawing(NSSize size, double scale, const std::function<void(CGContextRef)>& draw,
                    const char* path) {
   Canvas canvas{device_pixels(size.width, scale), device_pixels(size.height, scale)};
-  CGContextRef context = canvas.make_context(scale);
-  draw(context);
-  CGContextRelease(context);
+  draw(canvas.make_context(scale).get());
   return write(canvas, path);
 }
 

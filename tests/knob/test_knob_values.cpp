@@ -39,7 +39,7 @@ TEST(Knob, LiesFivePointsInsideItsBounds) {
 TEST(Knob, TakesPressesInTheEllipseOfItsWholeBounds) {
   const auto knob = make<OpenKnob>();
   const auto hit = [&](CGFloat x, CGFloat y) {
-    return CGPathContainsPoint(knob->_knob_hit_path, nullptr, {x, y}, false);
+    return CGPathContainsPoint(knob->_knob_hit_path.get(), nullptr, {x, y}, false);
   };
   EXPECT_TRUE(hit(50, 50));
   EXPECT_TRUE(hit(CGFloat(99.5), 50));

@@ -91,7 +91,7 @@ const std::map<std::string, std::set<std::string>>& neighbours() {
   };
   static const std::set<std::string> controls = with(appkit, {"drawing"});
   static const std::set<std::string> editor =
-      with(controls, {"editor", "parameter_control", "knob", "response_graph", "audio_unit"});
+      with(controls, {"editor", "parameter_control", "knob", "response_graph", "scale_type", "audio_unit"});
   static const std::map<std::string, std::set<std::string>> map = {
       {"unicode", {}},
       {"foundation", {"unicode"}},

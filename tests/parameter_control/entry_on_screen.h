@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gtest/gtest.h>
 
 #include "entry_panel.h"
@@ -12,12 +14,12 @@
 namespace ondex::test {
 
 /// X keysyms.
-inline constexpr uint32_t enter_key = 0xff0d;
-inline constexpr uint32_t keypad_enter_key = 0xff8d;
-inline constexpr uint32_t escape_key = 0xff1b;
-inline constexpr uint32_t backspace_key = 0xff08;
-inline constexpr uint32_t tab_key = 0xff09;
-inline constexpr uint32_t left_tab_key = 0xfe20;
+inline constexpr uint32_t enter_key = XKB_KEY_Return;
+inline constexpr uint32_t keypad_enter_key = XKB_KEY_KP_Enter;
+inline constexpr uint32_t escape_key = XKB_KEY_Escape;
+inline constexpr uint32_t backspace_key = XKB_KEY_BackSpace;
+inline constexpr uint32_t tab_key = XKB_KEY_Tab;
+inline constexpr uint32_t left_tab_key = XKB_KEY_ISO_Left_Tab;
 
 /// A readout of 20 to 20000, at 1000.1, whose panel has been opened by a double click.
 class EntryOnScreen : public testing::Test {

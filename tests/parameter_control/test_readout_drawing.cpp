@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <numbers>
 #include <string>
 #include <vector>
 
+#include "capsule_colors.h"
 #include "drawn_view.h"
 #include "foundation/NSLog.h"
 #include "gestures.h"
@@ -30,31 +30,14 @@ class Readout : public KV_Ondex_Parameter_Control_View {
   using KV_Ondex_Parameter_Control_View::_readout_string_attributes;
 };
 
-// The colours worked out from the formulas.
-
-double tri(double t) {
-  return 1 - std::abs(1 - 2 * t);
-}
-
-Pixel shine(double y) {
-  const double t = y / height;
-  const double u = (t - 0.35) * 3.333333 - 0.5;
-  const double alpha = t >= 0.35 && t <= 0.65 ? 0.15 * (1 - u * u) : 0;
-  return {tri(t), tri(t), tri(t), alpha};
-}
-
 Pixel body(double y) {
-  const double grey = 0.1 * tri(y / height);
-  return over(shine(y), {grey, grey, grey, 1});
+  return test::body(y, height);
 }
 
 /// `t` from the inner edge of the cap.
 Pixel cap(double t, double y, bool selected) {
-  const double v = std::cos(t * std::numbers::pi / 2);
-  const double k = v * v;
-  const double grey = 0.25 * (1 - k);
-  const Pixel color = selected ? Pixel{0.15 * k, 0.75 * k, 0.15 * k, 1} : Pixel{grey, grey, grey, 1};
-  return over(shine(y), color);
+  const double k = test::inner_share(t);
+  return selected ? over(test::shine(y, height), {0.15 * k, 0.75 * k, 0.15 * k, 1}) : test::cap(t, y, height);
 }
 
 class ReadoutDrawing : public testing::TestWithParam<double> {

@@ -39,5 +39,12 @@ TEST(ScaleType, ValuesOutsideTheMapFollowIeeeArithmetic) {
   EXPECT_TRUE(std::isnan(mapped_value(2, -1.0)));
 }
 
+TEST(Clamped, BringsAValueInsideAndTakesWhatIsNoNumberForTheMinimum) {
+  EXPECT_EQ(clamped(0.5, 0, 1), 0.5);
+  EXPECT_EQ(clamped(-0.5, 0, 1), 0);
+  EXPECT_EQ(clamped(1.5, 0, 1), 1);
+  EXPECT_EQ(clamped(std::nan(""), 0.25, 1), 0.25);
+}
+
 }  // namespace
 }  // namespace ondex
