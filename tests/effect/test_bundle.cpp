@@ -55,7 +55,7 @@ class EffectBundle : public ::testing::Test {
   const LilvPlugin* plugin_ = nullptr;
 };
 
-TEST_F(EffectBundle, is_a_complete_description) {
+TEST_F(EffectBundle, IsACompleteDescription) {
   EXPECT_TRUE(lilv_plugin_verify(plugin_));
   EXPECT_EQ(text(lilv_plugin_get_name(plugin_)), "Ondex");
   EXPECT_EQ(text(lilv_plugin_get_author_name(plugin_)), "Kelvane");
@@ -64,7 +64,7 @@ TEST_F(EffectBundle, is_a_complete_description) {
   EXPECT_EQ(lilv_plugin_get_num_ports(plugin_), 11U);
 }
 
-TEST_F(EffectBundle, names_its_licence) {
+TEST_F(EffectBundle, NamesItsLicence) {
   LilvNode* license = lilv_new_uri(world_, "http://usefulinc.com/ns/doap#license");
   LilvNodes* values = lilv_plugin_get_value(plugin_, license);
   EXPECT_EQ(lilv_nodes_size(values), 1U);
@@ -73,7 +73,7 @@ TEST_F(EffectBundle, names_its_licence) {
   lilv_node_free(license);
 }
 
-TEST_F(EffectBundle, promises_to_run_in_real_time_and_asks_for_nothing) {
+TEST_F(EffectBundle, PromisesToRunInRealTimeAndAsksForNothing) {
   LilvNode* real_time = lilv_new_uri(world_, LV2_CORE__hardRTCapable);
   EXPECT_TRUE(lilv_plugin_has_feature(plugin_, real_time));
   lilv_node_free(real_time);
@@ -82,7 +82,7 @@ TEST_F(EffectBundle, promises_to_run_in_real_time_and_asks_for_nothing) {
   lilv_nodes_free(required);
 }
 
-TEST_F(EffectBundle, has_a_side_of_sound_at_each_of_the_first_four_ports) {
+TEST_F(EffectBundle, HasASideOfSoundAtEachOfTheFirstFourPorts) {
   constexpr std::array symbols = {"left_in", "right_in", "left_out", "right_out"};
   constexpr std::array names = {"Left In", "Right In", "Left Out", "Right Out"};
   const std::string side = "http://lv2plug.in/ns/ext/port-groups#";
@@ -95,7 +95,7 @@ TEST_F(EffectBundle, has_a_side_of_sound_at_each_of_the_first_four_ports) {
   }
 }
 
-TEST_F(EffectBundle, has_the_seven_parameters_at_the_ports_after_them) {
+TEST_F(EffectBundle, HasTheSevenParametersAtThePortsAfterThem) {
   struct Parameter {
     const char* symbol;
     const char* name;
@@ -133,7 +133,7 @@ TEST_F(EffectBundle, has_the_seven_parameters_at_the_ports_after_them) {
   }
 }
 
-TEST_F(EffectBundle, leads_to_the_effect) {
+TEST_F(EffectBundle, LeadsToTheEffect) {
   LilvInstance* instance = lilv_plugin_instantiate(plugin_, 48000, nullptr);
   ASSERT_NE(instance, nullptr);
   EXPECT_STREQ(lilv_instance_get_uri(instance), "urn:kelvane:ondex");

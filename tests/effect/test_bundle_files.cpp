@@ -57,21 +57,21 @@ std::set<std::string> last_words(const std::string& text) {
   return words;
 }
 
-TEST(EffectFiles, are_valid) {
+TEST(EffectFiles, AreValid) {
   const Result result = validate(bundle);
   EXPECT_EQ(result.status, 0) << result.output << result.errors;
   EXPECT_EQ(result.errors.find("error"), std::string::npos) << result.errors;
   EXPECT_NE((result.output + result.errors).find("Found 0 errors"), std::string::npos);
 }
 
-TEST(EffectFiles, would_not_be_valid_with_a_mistake) {
+TEST(EffectFiles, WouldNotBeValidWithAMistake) {
   const TemporaryFolder folder;
   std::filesystem::copy(bundle, folder.path());
   std::ofstream(folder.path() / "ondex.ttl", std::ios::app) << "<urn:kelvane:ondex> lv2:mistake 1 .\n";
   EXPECT_NE(validate(folder.path()).status, 0);
 }
 
-TEST(EffectFiles, are_installed_into_the_path_of_choice) {
+TEST(EffectFiles, AreInstalledIntoThePathOfChoice) {
   const TemporaryFolder folder;
   const Result result({{ONDEX_CMAKE, "--install", build_path(), "--component", "lv2"},
                        {{"DESTDIR", folder.path().string()}}});
@@ -83,7 +83,7 @@ TEST(EffectFiles, are_installed_into_the_path_of_choice) {
   EXPECT_TRUE(file_names(installed).contains("ondex.ttl"));
 }
 
-TEST(EffectObject, exports_its_descriptor_and_nothing_else) {
+TEST(EffectObject, ExportsItsDescriptorAndNothingElse) {
   const Result result({{ONDEX_NM, "--dynamic", "--defined-only", ONDEX_EFFECT}, {}});
   EXPECT_EQ(last_words(result.output), std::set<std::string>{"lv2_descriptor"}) << result.errors;
 }
@@ -91,7 +91,7 @@ TEST(EffectObject, exports_its_descriptor_and_nothing_else) {
 #ifndef ONDEX_SANITIZED
 // The sanitizers bring their own library, and what it needs.
 
-TEST(EffectObject, needs_the_c_library_alone) {
+TEST(EffectObject, NeedsTheCLibraryAlone) {
   const Result result({{ONDEX_READELF, "--dynamic", ONDEX_EFFECT}, {}});
   std::istringstream lines(result.output);
   std::set<std::string> needed;
@@ -102,14 +102,14 @@ TEST(EffectObject, needs_the_c_library_alone) {
   EXPECT_EQ(needed, (std::set<std::string>{"[libc.so.6]", "[libm.so.6]"}));
 }
 
-TEST(EffectObject, is_bound_when_it_is_loaded) {
+TEST(EffectObject, IsBoundWhenItIsLoaded) {
   const Result result({{ONDEX_READELF, "--dynamic", ONDEX_EFFECT}, {}});
   EXPECT_NE(result.output.find("BIND_NOW"), std::string::npos) << result.output;
 }
 
 // Besides what instances are made of and go with, only the sine and moves of memory: no function that could
 // wait, lock, or draw anything.
-TEST(EffectObject, can_call_nothing_that_has_no_place_in_real_time) {
+TEST(EffectObject, CanCallNothingThatHasNoPlaceInRealTime) {
   const Result result(
       {{ONDEX_NM, "--dynamic", "--undefined-only", "--without-symbol-versions", ONDEX_EFFECT}, {}});
   std::set<std::string> called = last_words(result.output);

@@ -37,7 +37,7 @@ std::vector<float> gains_across(const Controls& before, const Controls& after) {
   return gains;
 }
 
-TEST(EffectChange, of_the_depth_reaches_it_in_a_straight_line_within_20_ms) {
+TEST(EffectChange, OfTheDepthReachesItInAStraightLineWithin20Ms) {
   // At rest w = 0, so that the gain is 1 - depth/2.
   const std::vector<float> gains = gains_across({0, 0, 0, 0, 0, 0, 0}, {0, 0, 1, 0, 0, 0, 0});
   EXPECT_EQ(gains[999], 1);
@@ -48,7 +48,7 @@ TEST(EffectChange, of_the_depth_reaches_it_in_a_straight_line_within_20_ms) {
   EXPECT_TRUE(std::ranges::is_sorted(gains, std::greater()));
 }
 
-TEST(EffectChange, takes_20_ms_at_other_sample_rates_too) {
+TEST(EffectChange, Takes20MsAtOtherSampleRatesToo) {
   for (const size_t frames_a_second : {8000U, 384000U}) {
     Plugin plugin(static_cast<double>(frames_a_second), {0, 0, 0, 0, 0, 0, 0});
     plugin.run(constant(1, 1));
@@ -62,21 +62,21 @@ TEST(EffectChange, takes_20_ms_at_other_sample_rates_too) {
 
 // With the depth at most 1 the gain moves at most half as fast as w, and w as its phases:
 // |w'| <= x' + m y' + |m'|, here in radians a frame.
-TEST(EffectChange, of_the_depth_is_no_click) {
+TEST(EffectChange, OfTheDepthIsNoClick) {
   const double oscillation = 2 * pi * 5 / rate / 2;
   const double ramp = 1.0 / ramp_frames;
   EXPECT_LE(largest_step(gains_across({5, 0, 0, 0, 0, 0, 0}, {5, 0, 1, 0, 0, 0, 0})), oscillation + ramp);
   EXPECT_LE(largest_step(gains_across({5, 0, 1, 0, 0, 0, 0}, {5, 0, 0, 0, 0, 0, 0})), oscillation + ramp);
 }
 
-TEST(EffectChange, of_the_index_is_no_click) {
+TEST(EffectChange, OfTheIndexIsNoClick) {
   const double x = 2 * pi * 5 / rate;
   const double steepest = (x + 20 * (2 * x) + 20.0 / ramp_frames) / 2;
   EXPECT_LE(largest_step(gains_across({5, 0, 1, 2, 0, 0, 0}, {5, 0, 1, 2, 20, 0, 0})), steepest);
   EXPECT_LE(largest_step(gains_across({5, 0, 1, 2, 20, 0, 0}, {5, 0, 1, 2, 0, 0, 0})), steepest);
 }
 
-TEST(EffectChange, of_the_factor_goes_on_from_the_same_phase) {
+TEST(EffectChange, OfTheFactorGoesOnFromTheSamePhase) {
   const double x = 2 * pi * 5 / rate;
   const double steepest = (x + 10 * (20 * x)) / 2;
   EXPECT_LE(largest_step(gains_across({5, 0, 1, 0, 10, 0, 0}, {5, 0, 1, 20, 10, 0, 0})), steepest + 1e-6);
@@ -91,13 +91,13 @@ TEST(EffectChange, of_the_factor_goes_on_from_the_same_phase) {
   EXPECT_LE(largest_step(gains), 2 * pi * 20 / rate * (1 + 10 * 1.7) / 2 + 1e-6);
 }
 
-TEST(EffectChange, of_the_rate_goes_on_from_the_same_phase) {
+TEST(EffectChange, OfTheRateGoesOnFromTheSamePhase) {
   const double steepest = 2 * pi * 20 / rate / 2;
   EXPECT_LE(largest_step(gains_across({0.5F, 0, 1, 0, 0, 0, 0}, {20, 0, 1, 0, 0, 0, 0})), steepest + 1e-6);
   EXPECT_LE(largest_step(gains_across({20, 0, 1, 0, 0, 0, 0}, {0.5F, 0, 1, 0, 0, 0, 0})), steepest + 1e-6);
 }
 
-TEST(EffectChange, of_everything_at_once_and_again_before_it_is_reached_is_no_click) {
+TEST(EffectChange, OfEverythingAtOnceAndAgainBeforeItIsReachedIsNoClick) {
   const Controls low = {0, 0, 0, 0, 0, 0, 0};
   const Controls high = {20, 20, 1, 20, 20, 20, 20};
   Plugin plugin(rate, low);
@@ -110,7 +110,7 @@ TEST(EffectChange, of_everything_at_once_and_again_before_it_is_reached_is_no_cl
   EXPECT_LE(largest_step(gains), (x + 20 * 20 * x + 20.0 / ramp_frames) / 2 + 1.0 / ramp_frames);
 }
 
-TEST(EffectChange, ends_at_exactly_the_new_settings) {
+TEST(EffectChange, EndsAtExactlyTheNewSettings) {
   // From rest, where both phases stay 0, on to settings whose formula can be followed from there.
   Plugin plugin(rate, {0, 0, 0.2F, 0, 3, 0, 0});
   plugin.run(constant(100, 1));
@@ -119,14 +119,14 @@ TEST(EffectChange, ends_at_exactly_the_new_settings) {
   EXPECT_EQ(plugin.run(constant(100, 1)), constant(100, 1 - 0.7F / 2));
 }
 
-TEST(EffectChange, before_the_first_frame_is_in_force_at_once) {
+TEST(EffectChange, BeforeTheFirstFrameIsInForceAtOnce) {
   Plugin plugin(rate, {0, 0, 0, 0, 0, 0, 0});
   plugin.run(constant(0, 1));
   plugin.controls[depth] = 1;
   EXPECT_EQ(plugin.run(constant(10, 1)), constant(10, 0.5F));
 }
 
-TEST(EffectChange, while_it_is_not_active_is_in_force_at_once) {
+TEST(EffectChange, WhileItIsNotActiveIsInForceAtOnce) {
   Plugin plugin(rate, {5, 5, 0, 1, 1, 1, 1});
   plugin.run(constant(1000, 1));
   plugin.controls = {0, 0, 1, 0, 0, 0, 0};
@@ -134,7 +134,7 @@ TEST(EffectChange, while_it_is_not_active_is_in_force_at_once) {
   EXPECT_EQ(plugin.run(constant(10, 1)), constant(10, 0.5F));
 }
 
-TEST(EffectBypass, lets_every_bit_pass_at_depth_0) {
+TEST(EffectBypass, LetsEveryBitPassAtDepth0) {
   Plugin plugin(rate, {5, 6, 0, 2, 3, 1, 2});
   Stereo sound = noise(1000, 4);
   using Limits = std::numeric_limits<float>;
@@ -151,7 +151,7 @@ TEST(EffectBypass, lets_every_bit_pass_at_depth_0) {
   EXPECT_EQ(bits(output.right), bits(sound.right));
 }
 
-TEST(EffectBypass, is_exact_once_the_depth_has_come_down_to_0) {
+TEST(EffectBypass, IsExactOnceTheDepthHasComeDownTo0) {
   Plugin plugin(rate, {5, 6, 0.9F, 2, 3, 1, 2});
   plugin.run(noise(777, 5));
   plugin.controls[depth] = 0;
@@ -160,7 +160,7 @@ TEST(EffectBypass, is_exact_once_the_depth_has_come_down_to_0) {
   EXPECT_EQ(plugin.run(sound), sound);
 }
 
-TEST(EffectBypass, is_exact_in_place) {
+TEST(EffectBypass, IsExactInPlace) {
   Plugin plugin(rate, {5, 6, 0, 2, 3, 1, 2});
   const Stereo sound = noise(1000, 8);
   Stereo buffer = sound;
@@ -168,7 +168,7 @@ TEST(EffectBypass, is_exact_in_place) {
   EXPECT_EQ(buffer, sound);
 }
 
-TEST(EffectBypass, leaves_the_oscillators_running) {
+TEST(EffectBypass, LeavesTheOscillatorsRunning) {
   const Controls controls = {5, 6, 0.9F, 2, 3, 1, 2};
   Plugin plugin(rate, controls);
   plugin.run(constant(1000, 1));

@@ -36,7 +36,7 @@ struct ChangingPlugin : Plugin {
   }
 };
 
-TEST(EffectBlocks, make_no_difference_however_they_are_cut) {
+TEST(EffectBlocks, MakeNoDifferenceHoweverTheyAreCut) {
   const Stereo sound = noise(20000, 2);
   const Stereo whole = ChangingPlugin().run(sound);
   for (const size_t size : {1U, 2U, 3U, 7U, 64U, 127U, 1024U, 8191U}) {
@@ -50,7 +50,7 @@ TEST(EffectBlocks, make_no_difference_however_they_are_cut) {
   EXPECT_EQ(run_in_blocks(plugin, sound, [&random] { return random() % 300; }), whole);
 }
 
-TEST(EffectBlocks, may_be_empty) {
+TEST(EffectBlocks, MayBeEmpty) {
   const Stereo sound = noise(100, 3);
   ChangingPlugin plugin;
   plugin.run(nullptr, nullptr, nullptr, nullptr, 0);
@@ -58,7 +58,7 @@ TEST(EffectBlocks, may_be_empty) {
   EXPECT_EQ(plugin.run(sound), ChangingPlugin().run(sound));
 }
 
-TEST(EffectBlocks, may_be_huge) {
+TEST(EffectBlocks, MayBeHuge) {
   constexpr size_t frames = 4 << 20;
   Plugin plugin(48000, lively);
   const Stereo output = plugin.run(constant(frames, 1));
@@ -66,7 +66,7 @@ TEST(EffectBlocks, may_be_huge) {
   EXPECT_GE(std::ranges::min(output.left), 0.1F - 1e-6F);
 }
 
-TEST(EffectBlocks, touch_nothing_beyond_their_frames) {
+TEST(EffectBlocks, TouchNothingBeyondTheirFrames) {
   Stereo sound = noise(100, 4);
   Stereo output = constant(100, 42);
   Plugin plugin(48000, lively);
@@ -76,7 +76,7 @@ TEST(EffectBlocks, touch_nothing_beyond_their_frames) {
   EXPECT_TRUE(std::ranges::all_of(std::span(output.right).subspan(63), [](float s) { return s == 42; }));
 }
 
-TEST(EffectBuffers, may_be_the_same_for_input_and_output) {
+TEST(EffectBuffers, MayBeTheSameForInputAndOutput) {
   const Stereo sound = noise(5000, 5);
   const Stereo expected = ChangingPlugin().run(sound);
   Stereo buffer = sound;
@@ -85,7 +85,7 @@ TEST(EffectBuffers, may_be_the_same_for_input_and_output) {
   EXPECT_EQ(buffer, expected);
 }
 
-TEST(EffectBuffers, may_be_crossed) {
+TEST(EffectBuffers, MayBeCrossed) {
   for (const float depth_value : {0.0F, 0.4F}) {
     const Stereo sound = noise(5000, 6);
     Controls controls = lively;
@@ -99,7 +99,7 @@ TEST(EffectBuffers, may_be_crossed) {
   }
 }
 
-TEST(EffectBuffers, may_be_one_for_both_inputs) {
+TEST(EffectBuffers, MayBeOneForBothInputs) {
   const Stereo sound = noise(5000, 7);
   const Stereo expected = Plugin(48000, lively).run({sound.left, sound.left});
   Stereo output = constant(5000, 0);
@@ -108,7 +108,7 @@ TEST(EffectBuffers, may_be_one_for_both_inputs) {
   EXPECT_EQ(output, expected);
 }
 
-TEST(EffectSamples, that_are_not_numbers_do_no_lasting_harm) {
+TEST(EffectSamples, ThatAreNotNumbersDoNoLastingHarm) {
   Plugin plugin(48000, lively);
   Stereo sound = constant(100, 1);
   sound.left[10] = std::numeric_limits<float>::quiet_NaN();
@@ -121,14 +121,14 @@ TEST(EffectSamples, that_are_not_numbers_do_no_lasting_harm) {
   EXPECT_EQ(output, expected);
 }
 
-TEST(EffectSamples, as_small_as_they_get_are_multiplied_like_any_other) {
+TEST(EffectSamples, AsSmallAsTheyGetAreMultipliedLikeAnyOther) {
   // 100 steps of the smallest float, at rest and at full depth: half of them.
   const float smallest = std::numeric_limits<float>::denorm_min();
   Plugin plugin(48000, {0, 0, 1, 0, 0, 0, 0});
   EXPECT_EQ(plugin.run(constant(10, 100 * smallest)), constant(10, 50 * smallest));
 }
 
-TEST(EffectControls, out_of_range_count_as_the_nearest_end) {
+TEST(EffectControls, OutOfRangeCountAsTheNearestEnd) {
   const Stereo sound = noise(5000, 8);
   EXPECT_EQ(Plugin(48000, {21, 1e30F, 7, 1e9F, 20.001F, 99, 1000}).run(sound),
             Plugin(48000, {20, 20, 1, 20, 20, 20, 20}).run(sound));
@@ -140,7 +140,7 @@ TEST(EffectControls, out_of_range_count_as_the_nearest_end) {
             Plugin(48000, {20, 0, 1, 2, 2, 20, 20}).run(sound));
 }
 
-TEST(EffectControls, that_are_not_numbers_count_as_the_minimum) {
+TEST(EffectControls, ThatAreNotNumbersCountAsTheMinimum) {
   const Stereo sound = noise(5000, 9);
   constexpr float nan = std::numeric_limits<float>::quiet_NaN();
   EXPECT_EQ(Plugin(48000, {nan, nan, 0.5F, nan, nan, nan, nan}).run(sound),
@@ -148,7 +148,7 @@ TEST(EffectControls, that_are_not_numbers_count_as_the_minimum) {
   EXPECT_EQ(Plugin(48000, {5, 5, nan, 1, 1, 1, 1}).run(sound), sound);
 }
 
-TEST(EffectControls, that_were_not_numbers_leave_nothing_behind) {
+TEST(EffectControls, ThatWereNotNumbersLeaveNothingBehind) {
   Plugin plugin(48000, lively);
   plugin.run(constant(100, 1));
   plugin.controls.fill(std::numeric_limits<float>::quiet_NaN());
@@ -160,7 +160,7 @@ TEST(EffectControls, that_were_not_numbers_leave_nothing_behind) {
   }
 }
 
-TEST(EffectPorts, may_stay_unconnected) {
+TEST(EffectPorts, MayStayUnconnected) {
   const LV2_Handle handle = descriptor().instantiate(&descriptor(), 48000, "", nullptr);
   descriptor().activate(handle);
   descriptor().run(handle, 100);  // Nothing to read and nowhere to write.
@@ -179,7 +179,7 @@ TEST(EffectPorts, may_stay_unconnected) {
   descriptor().cleanup(handle);
 }
 
-TEST(EffectPorts, that_do_not_exist_are_ignored) {
+TEST(EffectPorts, ThatDoNotExistAreIgnored) {
   Plugin plugin;
   float nothing = 42;
   descriptor().connect_port(plugin.handle(), 11, &nothing);
@@ -188,7 +188,7 @@ TEST(EffectPorts, that_do_not_exist_are_ignored) {
   EXPECT_EQ(nothing, 42);
 }
 
-TEST(EffectPorts, may_be_connected_anew_between_blocks) {
+TEST(EffectPorts, MayBeConnectedAnewBetweenBlocks) {
   Plugin plugin(48000, {0, 0, 0, 0, 0, 0, 0});
   plugin.run(constant(100, 1));
   const float full = 1;
@@ -197,7 +197,7 @@ TEST(EffectPorts, may_be_connected_anew_between_blocks) {
   EXPECT_EQ(plugin.run(constant(100, 1)), constant(100, 0.5F));
 }
 
-TEST(EffectInstance, starts_from_phase_0_whenever_it_is_activated) {
+TEST(EffectInstance, StartsFromPhase0WheneverItIsActivated) {
   Plugin plugin(48000, lively);
   const Stereo sound = noise(5000, 10);
   const Stereo first = plugin.run(sound);
@@ -206,7 +206,7 @@ TEST(EffectInstance, starts_from_phase_0_whenever_it_is_activated) {
   EXPECT_EQ(plugin.run(sound), first);
 }
 
-TEST(EffectInstance, knows_nothing_of_others) {
+TEST(EffectInstance, KnowsNothingOfOthers) {
   const Stereo sound = noise(1000, 11);
   const Stereo expected = Plugin(48000, lively).run(sound);
   Plugin one(48000, lively);
@@ -219,13 +219,13 @@ TEST(EffectInstance, knows_nothing_of_others) {
   EXPECT_EQ(output, expected);
 }
 
-TEST(EffectInstance, is_refused_at_sample_rates_that_are_none) {
+TEST(EffectInstance, IsRefusedAtSampleRatesThatAreNone) {
   using Limits = std::numeric_limits<double>;
   for (const double rate : {0.0, -48000.0, 1.0, 999.0, 1e8, Limits::infinity(), Limits::quiet_NaN()})
     EXPECT_EQ(descriptor().instantiate(&descriptor(), rate, "", nullptr), nullptr) << rate;
 }
 
-TEST(EffectDescriptor, is_the_first_and_only_one) {
+TEST(EffectDescriptor, IsTheFirstAndOnlyOne) {
   EXPECT_STREQ(descriptor().URI, "urn:kelvane:ondex");
   EXPECT_EQ(descriptor().extension_data("http://lv2plug.in/ns/ext/state#interface"), nullptr);
 }

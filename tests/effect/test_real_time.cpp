@@ -15,12 +15,12 @@ namespace {
 
 constexpr Controls busy = {5, 6, 0.9F, 2, 3, 1, 2};
 
-TEST(RealTimeTrap, lets_plain_work_come_to_its_end) {
+TEST(RealTimeTrap, LetsPlainWorkComeToItsEnd) {
   volatile double sum = 0;
   EXPECT_EQ(trapped([&sum] { sum = sum + 1; }), "");
 }
 
-TEST(RealTimeTrap, catches_memory_taken_and_given_back) {
+TEST(RealTimeTrap, CatchesMemoryTakenAndGivenBack) {
   // Through volatile pointers, as the compiler may leave out a pair of calls that it sees.
   void* (*volatile take)(size_t) = std::malloc;
   void (*volatile give)(void*) = std::free;
@@ -29,7 +29,7 @@ TEST(RealTimeTrap, catches_memory_taken_and_given_back) {
   EXPECT_EQ(trapped([] { ::operator delete(::operator new(1)); }), "malloc");
 }
 
-TEST(RealTimeTrap, catches_locks_that_nobody_holds) {
+TEST(RealTimeTrap, CatchesLocksThatNobodyHolds) {
   std::mutex mutex;
   EXPECT_EQ(trapped([&mutex] { mutex.lock(); }), "pthread_mutex_lock");
   std::shared_mutex shared;
@@ -37,12 +37,12 @@ TEST(RealTimeTrap, catches_locks_that_nobody_holds) {
   EXPECT_EQ(trapped([&shared] { shared.lock(); }), "pthread_rwlock_wrlock");
 }
 
-TEST(RealTimeTrap, catches_system_calls) {
+TEST(RealTimeTrap, CatchesSystemCalls) {
   EXPECT_EQ(trapped([] { getppid(); }), "system call " + std::to_string(SYS_getppid));
   EXPECT_EQ(trapped([] { (void)!write(-1, nullptr, 0); }), "system call " + std::to_string(SYS_write));
 }
 
-TEST(RealTimeTrap, reaches_into_the_plug_in) {
+TEST(RealTimeTrap, ReachesIntoThePlugIn) {
   const LV2_Descriptor& effect = descriptor();
   EXPECT_EQ(trapped([&effect] { effect.instantiate(&effect, 48000, "", nullptr); }), "malloc");
   const LV2_Handle handle = effect.instantiate(&effect, 48000, "", nullptr);
@@ -50,7 +50,7 @@ TEST(RealTimeTrap, reaches_into_the_plug_in) {
   effect.cleanup(handle);
 }
 
-TEST(EffectRealTime, runs_without_allocations_locks_and_system_calls) {
+TEST(EffectRealTime, RunsWithoutAllocationsLocksAndSystemCalls) {
   constexpr float nan = std::numeric_limits<float>::quiet_NaN();
   constexpr std::array<Controls, 5> settings = {busy,
                                                 {20, 20, 1, 20, 20, 20, 20},

@@ -31,7 +31,7 @@ void expect_formula(double sample_rate, const Controls& controls, size_t frames)
   }
 }
 
-TEST(EffectWaveform, is_a_plain_sine_without_modulation) {
+TEST(EffectWaveform, IsAPlainSineWithoutModulation) {
   Plugin plugin(8000, {1, 2, 1, 0, 0, 0, 0});
   const Stereo output = plugin.run(constant(8000, 1));
   // At 1 Hz the quarters of the turn are at frames 0, 2000, 4000 and 6000: w = 0, 1, 0, -1.
@@ -45,7 +45,7 @@ TEST(EffectWaveform, is_a_plain_sine_without_modulation) {
   EXPECT_NEAR(output.right[7000], 0, tolerance);
 }
 
-TEST(EffectWaveform, pushes_the_phase_by_the_modulator) {
+TEST(EffectWaveform, PushesThePhaseByTheModulator) {
   Plugin plugin(8000, {1, 1, 1, 1, 1, 2, 3});
   const Stereo output = plugin.run(constant(8000, 1));
   // x = pi/2: sin(pi/2 + 1 sin(pi/2)) = cos 1 = 0.5403023.
@@ -54,13 +54,13 @@ TEST(EffectWaveform, pushes_the_phase_by_the_modulator) {
   EXPECT_NEAR(output.right[1000], (1 - 0.6002434930097427) / 2, tolerance);
 }
 
-TEST(EffectWaveform, lowers_the_sound_at_rest_by_half_the_depth) {
+TEST(EffectWaveform, LowersTheSoundAtRestByHalfTheDepth) {
   Plugin plugin;
   const Stereo output = plugin.run(constant(100, 1));
   EXPECT_EQ(output, constant(100, 0.75F));
 }
 
-TEST(EffectWaveform, keeps_the_gain_between_one_less_depth_and_one) {
+TEST(EffectWaveform, KeepsTheGainBetweenOneLessDepthAndOne) {
   Plugin plugin(48000, {20, 13, 0.75F, 20, 20, 3, 7});
   const Stereo output = plugin.run(constant(48000, 1));
   EXPECT_FLOAT_EQ(std::ranges::min(output.left), 0.25F);
@@ -69,18 +69,18 @@ TEST(EffectWaveform, keeps_the_gain_between_one_less_depth_and_one) {
   EXPECT_GE(std::ranges::min(output.right), 0.25F);
 }
 
-TEST(EffectWaveform, follows_the_formula_at_every_sample_rate) {
+TEST(EffectWaveform, FollowsTheFormulaAtEverySampleRate) {
   for (const double sample_rate : {8000.0, 22050.0, 44100.0, 48000.0, 96000.0, 192000.0, 384000.0})
     expect_formula(sample_rate, {5.5F, 0.3F, 0.8F, 2.5F, 3, 0.1F, 12}, 50000);
 }
 
-TEST(EffectWaveform, follows_the_formula_at_the_ends_of_the_ranges) {
+TEST(EffectWaveform, FollowsTheFormulaAtTheEndsOfTheRanges) {
   expect_formula(48000, {20, 20, 1, 20, 20, 20, 20}, 100000);
   expect_formula(48000, {20, 0, 1, 0, 20, 20, 20}, 100000);
   expect_formula(8000, {20, 20, 1, 20, 20, 0, 0}, 100000);
 }
 
-TEST(EffectWaveform, follows_the_formula_at_any_setting) {
+TEST(EffectWaveform, FollowsTheFormulaAtAnySetting) {
   const unsigned seed = std::random_device{}();
   SCOPED_TRACE(seed);
   std::mt19937 random(seed);
@@ -94,7 +94,7 @@ TEST(EffectWaveform, follows_the_formula_at_any_setting) {
   }
 }
 
-TEST(EffectWaveform, is_where_the_formula_is_after_an_hour) {
+TEST(EffectWaveform, IsWhereTheFormulaIsAfterAnHour) {
   constexpr double sample_rate = 8000;
   constexpr uint64_t hour = uint64_t{3600} * 8000;
   const Controls controls = {19.7F, 0.013F, 1, 17.3F, 20, 19.1F, 20};
@@ -116,7 +116,7 @@ TEST(EffectWaveform, is_where_the_formula_is_after_an_hour) {
   }
 }
 
-TEST(EffectWaveform, keeps_the_sides_apart) {
+TEST(EffectWaveform, KeepsTheSidesApart) {
   const Stereo sound = noise(10000, 1);
   Plugin plugin(48000, {3, 4, 0.9F, 1, 2, 3, 4});
   const Stereo both = plugin.run(sound);
@@ -126,7 +126,7 @@ TEST(EffectWaveform, keeps_the_sides_apart) {
   EXPECT_EQ(right_only.run({noise(10000, 2).left, sound.right}).right, both.right);
 }
 
-TEST(EffectWaveform, multiplies_whatever_sound_there_is) {
+TEST(EffectWaveform, MultipliesWhateverSoundThereIs) {
   const Controls controls = {6, 7, 0.6F, 2, 1, 3, 2};
   const Stereo sound = noise(10000, 3);
   Plugin plugin(44100, controls);

@@ -34,30 +34,30 @@ class BadInput : public HostTest {
   size_t lines = 0;
 };
 
-TEST_F(BadInput, another_plug_in_is_refused) {
+TEST_F(BadInput, AnotherPlugInIsRefused) {
   host.plugin_uri = "urn:kelvane:other";
   EXPECT_FALSE(host.open({}));
   EXPECT_TRUE(host.logHas("urn:kelvane:other"));
 }
 
-TEST_F(BadInput, a_missing_write_function_is_refused) {
+TEST_F(BadInput, AMissingWriteFunctionIsRefused) {
   host.has_write_function = false;
   EXPECT_FALSE(host.open({}));
   EXPECT_TRUE(host.logHas("write function"));
 }
 
-TEST_F(BadInput, a_bundle_without_interface_files_is_refused) {
+TEST_F(BadInput, ABundleWithoutInterfaceFilesIsRefused) {
   host.bundle_path = "/nowhere/";
   EXPECT_FALSE(host.open({}));
   EXPECT_THAT(host.log(), testing::Not(IsEmpty()));
 }
 
-TEST_F(BadInput, a_parent_that_is_no_window_is_refused) {
+TEST_F(BadInput, AParentThatIsNoWindowIsRefused) {
   EXPECT_FALSE(host.open({.parent = 0x1234567}));
   EXPECT_TRUE(host.logHas("refused the window"));
 }
 
-TEST_F(BadInput, null_pointers_harm_nobody) {
+TEST_F(BadInput, NullPointersHarmNobody) {
   const LV2UI_Descriptor& descriptor = *object.descriptor();
   LV2UI_Widget widget = nullptr;
   EXPECT_EQ(descriptor.instantiate(&descriptor, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
@@ -71,7 +71,7 @@ TEST_F(BadInput, null_pointers_harm_nobody) {
   descriptor.cleanup(nullptr);
 }
 
-TEST_F(BadInput, empty_features_are_not_used) {
+TEST_F(BadInput, EmptyFeaturesAreNotUsed) {
   parent = makeParent();
   ASSERT_TRUE(host.open({.parent = parent,
                          .touch = false,
@@ -91,27 +91,27 @@ TEST_F(BadInput, empty_features_are_not_used) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(BadInput, options_are_nothing_without_numbers_for_their_names) {
+TEST_F(BadInput, OptionsAreNothingWithoutNumbersForTheirNames) {
   parent = user.make_window(0, 0, editor_width, editor_height);
   ASSERT_TRUE(host.open({.parent = parent, .map = false, .log = false, .scale = 2.0F}));
   EXPECT_EQ(user.geometry(host.window()).width, editor_width);
 }
 
-TEST_F(BadInput, a_scale_factor_of_another_type_is_not_used) {
+TEST_F(BadInput, AScaleFactorOfAnotherTypeIsNotUsed) {
   const double scale = 2;
   ASSERT_TRUE(openWith({option(LV2_UI__scaleFactor, LV2_ATOM__Double, sizeof scale, &scale)}));
   EXPECT_EQ(user.geometry(host.window()).width, editor_width);
   EXPECT_TRUE(host.logHas("scaleFactor> is not a float"));
 }
 
-TEST_F(BadInput, a_scale_factor_of_another_size_is_not_used) {
+TEST_F(BadInput, AScaleFactorOfAnotherSizeIsNotUsed) {
   const float scale = 2;
   ASSERT_TRUE(openWith({option(LV2_UI__scaleFactor, LV2_ATOM__Float, 2, &scale)}));
   EXPECT_EQ(user.geometry(host.window()).width, editor_width);
   EXPECT_TRUE(host.logHas("scaleFactor> is not a float"));
 }
 
-TEST_F(BadInput, scale_factors_out_of_range_are_clamped) {
+TEST_F(BadInput, ScaleFactorsOutOfRangeAreClamped) {
   const float large = 40;
   ASSERT_TRUE(openWith({option(LV2_UI__scaleFactor, LV2_ATOM__Float, sizeof large, &large)}));
   EXPECT_EQ(user.geometry(host.window()).width, 3 * editor_width);
@@ -123,7 +123,7 @@ TEST_F(BadInput, scale_factors_out_of_range_are_clamped) {
   EXPECT_TRUE(host.logHas("is taken as 1"));
 }
 
-TEST_F(BadInput, options_that_are_no_numbers_or_texts_are_not_used) {
+TEST_F(BadInput, OptionsThatAreNoNumbersOrTextsAreNotUsed) {
   const float no_number = std::numeric_limits<float>::quiet_NaN();
   ASSERT_TRUE(openWith({option(LV2_UI__scaleFactor, LV2_ATOM__Float, sizeof no_number, &no_number),
                         option(LV2_UI__updateRate, LV2_ATOM__Float, sizeof no_number, &no_number),
@@ -134,14 +134,14 @@ TEST_F(BadInput, options_that_are_no_numbers_or_texts_are_not_used) {
   EXPECT_TRUE(host.logHas("windowTitle> is not a string"));
 }
 
-TEST_F(BadInput, events_of_ports_that_are_no_parameters_are_refused) {
+TEST_F(BadInput, EventsOfPortsThatAreNoParametersAreRefused) {
   open();
   const float value = 1;
   for (const uint32_t port : {0U, 3U, 11U, 0xffffffffU})
     expectRefused(port, sizeof value, 0, &value, "none of the parameters'");
 }
 
-TEST_F(BadInput, events_of_wrong_sizes_and_formats_are_refused) {
+TEST_F(BadInput, EventsOfWrongSizesAndFormatsAreRefused) {
   open();
   const double value = 1;
   expectRefused(depth_port, sizeof value, 0, &value, "instead of a float");
@@ -150,7 +150,7 @@ TEST_F(BadInput, events_of_wrong_sizes_and_formats_are_refused) {
   expectRefused(depth_port, sizeof(float), 99, &value, "unknown format");
 }
 
-TEST_F(BadInput, the_float_protocol_is_known_by_its_number_too) {
+TEST_F(BadInput, TheFloatProtocolIsKnownByItsNumberToo) {
   open();
   const auto before = picture(host.window());
   const float value = 1;
@@ -160,7 +160,7 @@ TEST_F(BadInput, the_float_protocol_is_known_by_its_number_too) {
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(BadInput, values_that_are_no_numbers_are_refused) {
+TEST_F(BadInput, ValuesThatAreNoNumbersAreRefused) {
   open();
   const float no_number = std::numeric_limits<float>::quiet_NaN();
   const float infinite = std::numeric_limits<float>::infinity();
@@ -168,7 +168,7 @@ TEST_F(BadInput, values_that_are_no_numbers_are_refused) {
   expectRefused(left_rate_port, sizeof infinite, 0, &infinite, "not a finite number");
 }
 
-TEST_F(BadInput, values_out_of_range_are_shown_as_the_nearest_in_range) {
+TEST_F(BadInput, ValuesOutOfRangeAreShownAsTheNearestInRange) {
   open();
   host.set(left_index_port, 20);
   host.idleFor(0.12);
@@ -181,7 +181,7 @@ TEST_F(BadInput, values_out_of_range_are_shown_as_the_nearest_in_range) {
   EXPECT_TRUE(host.logHas("is taken as 20"));
 }
 
-TEST_F(BadInput, thousands_of_bad_events_do_not_fill_the_log) {
+TEST_F(BadInput, ThousandsOfBadEventsDoNotFillTheLog) {
   open();
   const float value = 1;
   for (uint32_t port = 100; port < 10000; ++port)
@@ -189,7 +189,7 @@ TEST_F(BadInput, thousands_of_bad_events_do_not_fill_the_log) {
   EXPECT_LE(host.log().size(), 64U);
 }
 
-TEST_F(BadInput, sizes_without_sense_are_refused) {
+TEST_F(BadInput, SizesWithoutSenseAreRefused) {
   open();
   for (const auto& [width, height] : {std::pair(0, 0), std::pair(-5, 100), std::pair(100, 1 << 20)})
     EXPECT_NE(host.resize(width, height), 0);

@@ -17,12 +17,12 @@ class EchoFilterTest : public testing::Test {
   EchoFilter filter{20};
 };
 
-TEST_F(EchoFilterTest, what_nobody_has_written_passes) {
+TEST_F(EchoFilterTest, WhatNobodyHasWrittenPasses) {
   EXPECT_EQ(heard(3, 0), 3);
   EXPECT_EQ(heard(3, 0.01), 3);
 }
 
-TEST_F(EchoFilterTest, echoes_at_once_are_dropped) {
+TEST_F(EchoFilterTest, EchoesAtOnceAreDropped) {
   for (int i = 0; i < 100; ++i) {
     filter.wrote(static_cast<float>(i) / 5, i * 0.01);
     EXPECT_EQ(heard(i / 5.0, i * 0.01), nothing);
@@ -30,7 +30,7 @@ TEST_F(EchoFilterTest, echoes_at_once_are_dropped) {
   EXPECT_EQ(filter.settled(100, false), nothing);
 }
 
-TEST_F(EchoFilterTest, late_echoes_are_dropped_and_the_last_one_leaves_nothing_behind) {
+TEST_F(EchoFilterTest, LateEchoesAreDroppedAndTheLastOneLeavesNothingBehind) {
   for (int i = 0; i < 60; ++i) {
     filter.wrote(static_cast<float>(i) / 5, i * 0.01);
     if (i >= 10) {
@@ -42,38 +42,38 @@ TEST_F(EchoFilterTest, late_echoes_are_dropped_and_the_last_one_leaves_nothing_b
   EXPECT_EQ(filter.settled(100, false), nothing);
 }
 
-TEST_F(EchoFilterTest, echoes_that_come_twice_are_dropped) {
+TEST_F(EchoFilterTest, EchoesThatComeTwiceAreDropped) {
   filter.wrote(4, 0);
   EXPECT_EQ(heard(4, 0), nothing);
   EXPECT_EQ(heard(4, 0.04), nothing);
 }
 
-TEST_F(EchoFilterTest, rounded_echoes_are_dropped) {
+TEST_F(EchoFilterTest, RoundedEchoesAreDropped) {
   // What seven bits make of it.
   filter.wrote(7.3F, 0);
   EXPECT_EQ(heard(std::round(7.3 / 20 * 127) / 127 * 20, 0.04), nothing);
   EXPECT_EQ(heard(std::nextafter(7.3F, 100.0F), 0.04), nothing);
 }
 
-TEST_F(EchoFilterTest, a_change_by_others_passes_at_once) {
+TEST_F(EchoFilterTest, AChangeByOthersPassesAtOnce) {
   filter.wrote(4, 0);
   EXPECT_EQ(heard(9, 0.01), 9);
   EXPECT_EQ(heard(4.2, 0.02), 4.2F);
 }
 
-TEST_F(EchoFilterTest, a_late_return_to_an_old_value_passes) {
+TEST_F(EchoFilterTest, ALateReturnToAnOldValuePasses) {
   filter.wrote(4, 0);
   EXPECT_EQ(heard(4, 0.9), nothing);
   EXPECT_EQ(heard(4, 1.01), 4);
 }
 
-TEST_F(EchoFilterTest, a_host_that_updates_slowly_is_remembered_longer) {
+TEST_F(EchoFilterTest, AHostThatUpdatesSlowlyIsRememberedLonger) {
   filter = EchoFilter(20, 5);
   filter.wrote(4, 0);
   EXPECT_EQ(heard(4, 4.9), nothing);
 }
 
-TEST_F(EchoFilterTest, a_last_word_that_looked_like_an_old_echo_counts_in_the_end) {
+TEST_F(EchoFilterTest, ALastWordThatLookedLikeAnOldEchoCountsInTheEnd) {
   // The user drags from 2 to 8; then somebody undoes that.
   filter.wrote(2, 0);
   filter.wrote(5, 0.1);
@@ -85,7 +85,7 @@ TEST_F(EchoFilterTest, a_last_word_that_looked_like_an_old_echo_counts_in_the_en
   EXPECT_EQ(filter.settled(1.5, false), nothing) << "once";
 }
 
-TEST_F(EchoFilterTest, nothing_passes_while_the_user_has_hold_of_it) {
+TEST_F(EchoFilterTest, NothingPassesWhileTheUserHasHoldOfIt) {
   filter.wrote(2, 0);
   EXPECT_EQ(heard(9, 0.1, true), nothing);
   EXPECT_EQ(filter.settled(5, true), nothing);
@@ -93,13 +93,13 @@ TEST_F(EchoFilterTest, nothing_passes_while_the_user_has_hold_of_it) {
   EXPECT_EQ(filter.settled(10, false), nothing) << "our own word was the last";
 }
 
-TEST_F(EchoFilterTest, the_hosts_last_word_counts_when_the_user_has_let_go) {
+TEST_F(EchoFilterTest, TheHostsLastWordCountsWhenTheUserHasLetGo) {
   filter.wrote(2, 0);
   EXPECT_EQ(heard(9, 0.1, true), nothing);
   EXPECT_EQ(filter.settled(0.6, false), 9);
 }
 
-TEST_F(EchoFilterTest, memory_is_bounded) {
+TEST_F(EchoFilterTest, MemoryIsBounded) {
   for (int i = 0; i < 10000; ++i)
     filter.wrote(static_cast<float>(i % 20), 0);
   filter.wrote(1, 0);

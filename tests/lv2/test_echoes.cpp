@@ -52,32 +52,32 @@ class Echoes : public HostTest {
   size_t delay = 0;
 };
 
-TEST_F(Echoes, never) {
+TEST_F(Echoes, Never) {
   open();
   expectSmoothDrag();
 }
 
-TEST_F(Echoes, at_once) {
+TEST_F(Echoes, AtOnce) {
   open();
   host.on_write = [this](uint32_t port, float value) { host.set(port, value); };
   expectSmoothDrag();
 }
 
-TEST_F(Echoes, late) {
+TEST_F(Echoes, Late) {
   open();
   delay = 4;
   host.on_write = [this](uint32_t, float value) { waiting.push_back(value); };
   expectSmoothDrag();
 }
 
-TEST_F(Echoes, rounded_to_seven_bits) {
+TEST_F(Echoes, RoundedToSevenBits) {
   open();
   delay = 2;
   host.on_write = [this](uint32_t, float value) { waiting.push_back(std::round(value * 127) / 127); };
   expectSmoothDrag();
 }
 
-TEST_F(Echoes, late_ones_do_not_turn_the_picture_back) {
+TEST_F(Echoes, LateOnesDoNotTurnThePictureBack) {
   open();
   point(on_depth);
   settle();
@@ -97,14 +97,14 @@ TEST_F(Echoes, late_ones_do_not_turn_the_picture_back) {
   EXPECT_TRUE(picture(host.window()) == shown);
 }
 
-TEST_F(Echoes, automation_of_the_parameter_that_is_dragged_does_not_shake_it) {
+TEST_F(Echoes, AutomationOfTheParameterThatIsDraggedDoesNotShakeIt) {
   open();
   host.on_write = [this](uint32_t port, float) { host.set(port, 0.1F); };
   drag(on_depth, 0, -40);
   EXPECT_NEAR(host.writes().back().value, 0.7F, 1e-5F);
 }
 
-TEST_F(Echoes, automation_of_another_parameter_goes_on_during_a_drag) {
+TEST_F(Echoes, AutomationOfAnotherParameterGoesOnDuringADrag) {
   open();
   press(on_depth);
   const auto before = picture(host.window());
@@ -115,7 +115,7 @@ TEST_F(Echoes, automation_of_another_parameter_goes_on_during_a_drag) {
   settle();
 }
 
-TEST_F(Echoes, a_host_change_right_after_a_drag_counts) {
+TEST_F(Echoes, AHostChangeRightAfterADragCounts) {
   open();
   const auto half = picture(host.window());
   drag(on_depth, 0, -40);
@@ -126,7 +126,7 @@ TEST_F(Echoes, a_host_change_right_after_a_drag_counts) {
   EXPECT_TRUE(picture(host.window()) == half);
 }
 
-TEST_F(Echoes, nothing_that_the_host_says_is_ever_written) {
+TEST_F(Echoes, NothingThatTheHostSaysIsEverWritten) {
   open();
   for (int i = 0; i < 100; ++i) {
     for (uint32_t port = 4; port <= 10; ++port)

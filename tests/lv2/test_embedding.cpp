@@ -10,7 +10,7 @@ using testing::IsEmpty;
 using testing::Pair;
 using Embedding = HostTest;
 
-TEST_F(Embedding, the_window_is_mapped_and_sized_before_instantiate_returns) {
+TEST_F(Embedding, TheWindowIsMappedAndSizedBeforeInstantiateReturns) {
   parent = makeParent(200, 100, 400, 300);
   ASSERT_TRUE(host.open({.parent = parent}));
   EXPECT_TRUE(user.viewable(host.window()));
@@ -22,7 +22,7 @@ TEST_F(Embedding, the_window_is_mapped_and_sized_before_instantiate_returns) {
   EXPECT_THAT(user.property(host.window(), "_XEMBED_INFO"), ElementsAre(testing::_, 1));
 }
 
-TEST_F(Embedding, the_size_is_announced_once_and_stands_in_the_hints) {
+TEST_F(Embedding, TheSizeIsAnnouncedOnceAndStandsInTheHints) {
   open();
   EXPECT_THAT(host.announced(), ElementsAre(Pair(editor_width, editor_height)));
   const auto hints = user.property(host.window(), "WM_NORMAL_HINTS");
@@ -38,7 +38,7 @@ TEST_F(Embedding, the_size_is_announced_once_and_stands_in_the_hints) {
   EXPECT_EQ(hints[16], 352U);
 }
 
-TEST_F(Embedding, a_scale_factor_scales_the_window_and_what_is_announced) {
+TEST_F(Embedding, AScaleFactorScalesTheWindowAndWhatIsAnnounced) {
   open({.scale = 1.5F});
   const auto place = user.geometry(host.window());
   EXPECT_EQ(place.width, 1290);
@@ -47,7 +47,7 @@ TEST_F(Embedding, a_scale_factor_scales_the_window_and_what_is_announced) {
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(Embedding, no_host_value_before_the_first_idle_is_missing_in_the_first_picture) {
+TEST_F(Embedding, NoHostValueBeforeTheFirstIdleIsMissingInTheFirstPicture) {
   open();
   host.set(depth_port, 0.25F);
   host.set(left_index_port, 7);
@@ -63,7 +63,7 @@ TEST_F(Embedding, no_host_value_before_the_first_idle_is_missing_in_the_first_pi
   EXPECT_TRUE(picture(second.window()) == expected);
 }
 
-TEST_F(Embedding, host_values_are_shown) {
+TEST_F(Embedding, HostValuesAreShown) {
   open();
   const auto before = picture(host.window());
   host.set(depth_port, 0.9F);
@@ -76,7 +76,7 @@ TEST_F(Embedding, host_values_are_shown) {
   EXPECT_THAT(host.told(), IsEmpty()) << "and never written";
 }
 
-TEST_F(Embedding, no_click_takes_the_focus_from_the_host) {
+TEST_F(Embedding, NoClickTakesTheFocusFromTheHost) {
   open();
   user.focus(parent);
   drag(on_knob, 0, -40);

@@ -25,7 +25,7 @@ class GestureTrackerTest : public testing::Test {
   }};
 };
 
-TEST_F(GestureTrackerTest, a_hold_lasts_until_the_button_comes_up) {
+TEST_F(GestureTrackerTest, AHoldLastsUntilTheButtonComesUp) {
   write(2, GestureKind::hold, 0);
   write(2, GestureKind::hold, 100);
   tracker.tick(200);
@@ -36,7 +36,7 @@ TEST_F(GestureTrackerTest, a_hold_lasts_until_the_button_comes_up) {
   EXPECT_THAT(told, ElementsAre("begin 2", "write 2", "write 2", "end 2"));
 }
 
-TEST_F(GestureTrackerTest, a_wheel_lasts_until_it_has_rested) {
+TEST_F(GestureTrackerTest, AWheelLastsUntilItHasRested) {
   write(0, GestureKind::wheel, 10);
   tracker.tick(10.29);
   write(0, GestureKind::wheel, 10.25);
@@ -46,18 +46,18 @@ TEST_F(GestureTrackerTest, a_wheel_lasts_until_it_has_rested) {
   EXPECT_THAT(told, ElementsAre("begin 0", "write 0", "write 0", "end 0"));
 }
 
-TEST_F(GestureTrackerTest, a_release_does_not_end_a_wheel) {
+TEST_F(GestureTrackerTest, AReleaseDoesNotEndAWheel) {
   write(0, GestureKind::wheel, 10);
   tracker.released();
   EXPECT_TRUE(tracker.isOpen(0));
 }
 
-TEST_F(GestureTrackerTest, an_entry_ends_with_its_write) {
+TEST_F(GestureTrackerTest, AnEntryEndsWithItsWrite) {
   write(6, GestureKind::entry, 0);
   EXPECT_THAT(told, ElementsAre("begin 6", "write 6", "end 6"));
 }
 
-TEST_F(GestureTrackerTest, an_entry_while_the_wheel_rests_is_part_of_it) {
+TEST_F(GestureTrackerTest, AnEntryWhileTheWheelRestsIsPartOfIt) {
   write(6, GestureKind::wheel, 0);
   write(6, GestureKind::entry, 0.1);
   EXPECT_TRUE(tracker.isOpen(6));
@@ -65,7 +65,7 @@ TEST_F(GestureTrackerTest, an_entry_while_the_wheel_rests_is_part_of_it) {
   EXPECT_THAT(told, ElementsAre("begin 6", "write 6", "write 6", "end 6"));
 }
 
-TEST_F(GestureTrackerTest, a_hold_takes_over_from_the_wheel) {
+TEST_F(GestureTrackerTest, AHoldTakesOverFromTheWheel) {
   write(6, GestureKind::wheel, 0);
   write(6, GestureKind::hold, 0.1);
   tracker.tick(10);
@@ -77,7 +77,7 @@ TEST_F(GestureTrackerTest, a_hold_takes_over_from_the_wheel) {
   EXPECT_THAT(told, ElementsAre("begin 6", "write 6", "write 6", "write 6", "end 6"));
 }
 
-TEST_F(GestureTrackerTest, parameters_are_apart) {
+TEST_F(GestureTrackerTest, ParametersAreApart) {
   write(1, GestureKind::wheel, 0);
   write(3, GestureKind::hold, 0.1);
   tracker.released();
@@ -85,7 +85,7 @@ TEST_F(GestureTrackerTest, parameters_are_apart) {
   EXPECT_FALSE(tracker.isOpen(3));
 }
 
-TEST_F(GestureTrackerTest, all_can_be_ended_at_once_and_only_once) {
+TEST_F(GestureTrackerTest, AllCanBeEndedAtOnceAndOnlyOnce) {
   write(1, GestureKind::wheel, 0);
   write(3, GestureKind::hold, 0);
   told.clear();

@@ -19,7 +19,7 @@ void expect_one_gesture(const std::vector<Told>& told, uint32_t port) {
   }
 }
 
-TEST_F(Gestures, a_drag_is_one_gesture_and_writes_what_is_shown) {
+TEST_F(Gestures, ADragIsOneGestureAndWritesWhatIsShown) {
   open();
   drag(on_depth, 0, -40);
   expect_one_gesture(host.told(), depth_port);
@@ -27,14 +27,14 @@ TEST_F(Gestures, a_drag_is_one_gesture_and_writes_what_is_shown) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(Gestures, the_knob_edits_the_selected_parameter) {
+TEST_F(Gestures, TheKnobEditsTheSelectedParameter) {
   open();
   drag(on_knob, 0, -60);
   expect_one_gesture(host.told(), depth_port);
   EXPECT_NEAR(host.value(depth_port), 0.5F, 1e-5F) << "straight up";
 }
 
-TEST_F(Gestures, a_wheel_is_one_gesture_that_ends_when_it_stands_still) {
+TEST_F(Gestures, AWheelIsOneGestureThatEndsWhenItStandsStill) {
   open();
   point(on_left_rate);
   settle();
@@ -50,7 +50,7 @@ TEST_F(Gestures, a_wheel_is_one_gesture_that_ends_when_it_stands_still) {
   EXPECT_EQ(host.told().size(), 5U);
 }
 
-TEST_F(Gestures, a_double_click_on_the_knob_restores_the_default) {
+TEST_F(Gestures, ADoubleClickOnTheKnobRestoresTheDefault) {
   open();
   host.set(depth_port, 0.9F);
   host.idleFor(0.1);
@@ -69,7 +69,7 @@ TEST_F(Gestures, a_double_click_on_the_knob_restores_the_default) {
   }
 }
 
-TEST_F(Gestures, selecting_a_readout_writes_nothing) {
+TEST_F(Gestures, SelectingAReadoutWritesNothing) {
   open();
   point(on_left_rate);
   settle();
@@ -78,14 +78,14 @@ TEST_F(Gestures, selecting_a_readout_writes_nothing) {
   EXPECT_THAT(host.told(), IsEmpty());
 }
 
-TEST_F(Gestures, a_host_without_touch_gets_the_writes_alone) {
+TEST_F(Gestures, AHostWithoutTouchGetsTheWritesAlone) {
   open({.touch = false});
   drag(on_depth, 0, -40);
   EXPECT_FALSE(host.writes().empty());
   EXPECT_EQ(host.writes(), host.told());
 }
 
-TEST_F(Gestures, a_window_that_dies_in_mid_drag_ends_them) {
+TEST_F(Gestures, AWindowThatDiesInMidDragEndsThem) {
   open();
   press(on_depth);
   point({on_depth.x, on_depth.y - 30});
@@ -99,7 +99,7 @@ TEST_F(Gestures, a_window_that_dies_in_mid_drag_ends_them) {
   expect_one_gesture(host.told(), depth_port);
 }
 
-TEST_F(Gestures, cleanup_in_mid_drag_ends_them) {
+TEST_F(Gestures, CleanupInMidDragEndsThem) {
   open();
   press(on_depth);
   point({on_depth.x, on_depth.y - 30});

@@ -1,5 +1,7 @@
 // Editors that come and go, and hosts and servers that go before them.
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -47,14 +49,14 @@ size_t resident_memory() {
   return 0;
 }
 
-TEST_F(Lifetimes, the_parent_may_be_destroyed_before_cleanup) {
+TEST_F(Lifetimes, TheParentMayBeDestroyedBeforeCleanup) {
   open();
   user.destroy(parent);
   host.close();
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(Lifetimes, after_the_parents_end_idle_says_that_it_is_over_and_nothing_else_happens) {
+TEST_F(Lifetimes, AfterTheParentsEndIdleSaysThatItIsOverAndNothingElseHappens) {
   open();
   user.destroy(parent);
   ASSERT_TRUE(host.idleUntil([this] { return host.idle() != 0; }));
@@ -67,7 +69,7 @@ TEST_F(Lifetimes, after_the_parents_end_idle_says_that_it_is_over_and_nothing_el
   EXPECT_THAT(host.told(), IsEmpty());
 }
 
-TEST_F(Lifetimes, the_parent_may_never_be_mapped) {
+TEST_F(Lifetimes, TheParentMayNeverBeMapped) {
   parent = user.make_window(200, 100, editor_width, editor_height);
   ASSERT_TRUE(host.open({.parent = parent}));
   host.set(depth_port, 0.3F);
@@ -80,7 +82,7 @@ TEST_F(Lifetimes, the_parent_may_never_be_mapped) {
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(Lifetimes, what_changed_while_the_host_was_hidden_shows_when_it_is_back) {
+TEST_F(Lifetimes, WhatChangedWhileTheHostWasHiddenShowsWhenItIsBack) {
   open();
   const auto before = picture(host.window());
   user.unmap(parent);
@@ -100,7 +102,7 @@ TEST_F(Lifetimes, what_changed_while_the_host_was_hidden_shows_when_it_is_back) 
   EXPECT_TRUE(picture(host.window()) == after) << "nothing was left out";
 }
 
-TEST_F(Lifetimes, the_server_may_be_killed) {
+TEST_F(Lifetimes, TheServerMayBeKilled) {
   open();
   press(on_depth);
   point({on_depth.x, on_depth.y - 30});
@@ -116,13 +118,13 @@ TEST_F(Lifetimes, the_server_may_be_killed) {
   EXPECT_TRUE(host.logHas("connection"));
 }
 
-TEST_F(Lifetimes, without_a_display_there_is_no_editor) {
+TEST_F(Lifetimes, WithoutADisplayThereIsNoEditor) {
   setenv("DISPLAY", ":4711", 1);
   EXPECT_FALSE(host.open({.parent = 1}));
   EXPECT_TRUE(host.logHas("There is no X display"));
 }
 
-TEST_F(Lifetimes, ten_editors_are_closed_in_any_order) {
+TEST_F(Lifetimes, TenEditorsAreClosedInAnyOrder) {
   std::vector<std::unique_ptr<Host>> hosts;
   hosts.reserve(10);
   for (int i = 0; i < 10; ++i)
@@ -154,7 +156,7 @@ TEST_F(Lifetimes, ten_editors_are_closed_in_any_order) {
   }
 }
 
-TEST_F(Lifetimes, one_hosts_idle_does_nothing_for_another_editor) {
+TEST_F(Lifetimes, OneHostsIdleDoesNothingForAnotherEditor) {
   open();
   const auto other = openAnother(1);
   user.destroy(parents[0]);
@@ -166,7 +168,7 @@ TEST_F(Lifetimes, one_hosts_idle_does_nothing_for_another_editor) {
   EXPECT_EQ(host.idle(), 0);
 }
 
-TEST_F(Lifetimes, opening_and_closing_leaves_nothing_behind) {
+TEST_F(Lifetimes, OpeningAndClosingLeavesNothingBehind) {
   const auto cycle = [this](int number) {
     Host each(object.descriptor());
     const xcb_window_t window = makeParent();
@@ -200,7 +202,7 @@ TEST_F(Lifetimes, opening_and_closing_leaves_nothing_behind) {
 #endif
 }
 
-TEST_F(Lifetimes, the_object_may_be_unloaded_and_loaded_again) {
+TEST_F(Lifetimes, TheObjectMayBeUnloadedAndLoadedAgain) {
   for (int i = 0; i < 3; ++i) {
     const UiObject again;
     Host each(again.descriptor());
@@ -230,7 +232,7 @@ class CleanupInside : public HostTest {
   }
 };
 
-TEST_F(CleanupInside, a_write) {
+TEST_F(CleanupInside, AWrite) {
   open();
   size_t told_by_then = 0;
   host.on_write = [&](uint32_t, float) {
@@ -245,7 +247,7 @@ TEST_F(CleanupInside, a_write) {
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(CleanupInside, the_beginning_of_a_touch) {
+TEST_F(CleanupInside, TheBeginningOfATouch) {
   open();
   host.on_touch = [this](uint32_t, bool) { host.close(); };
   EXPECT_NE(dragAtOnce(), 0);
@@ -253,7 +255,7 @@ TEST_F(CleanupInside, the_beginning_of_a_touch) {
               testing::ElementsAre(Told{Told::begin, depth_port, 0}, Told{Told::end, depth_port, 0}));
 }
 
-TEST_F(CleanupInside, the_end_of_a_touch) {
+TEST_F(CleanupInside, TheEndOfATouch) {
   open();
   host.on_touch = [this](uint32_t, bool grabbed) {
     if (!grabbed)
@@ -264,7 +266,7 @@ TEST_F(CleanupInside, the_end_of_a_touch) {
   EXPECT_EQ(host.told().back().kind, Told::end);
 }
 
-TEST_F(CleanupInside, the_end_of_a_touch_that_hide_ends) {
+TEST_F(CleanupInside, TheEndOfATouchThatHideEnds) {
   open();
   press(on_depth);
   point({on_depth.x, on_depth.y - 30});
@@ -276,7 +278,7 @@ TEST_F(CleanupInside, the_end_of_a_touch_that_hide_ends) {
   EXPECT_EQ(host.told().back().kind, Told::end);
 }
 
-TEST_F(CleanupInside, the_write_of_a_typed_number) {
+TEST_F(CleanupInside, TheWriteOfATypedNumber) {
   open();
   point(on_left_rate);
   user.double_click();
@@ -284,7 +286,7 @@ TEST_F(CleanupInside, the_write_of_a_typed_number) {
   ASSERT_TRUE(host.idleUntil([this] { return user.focused() != parent && user.focused() != user.root(); }));
   host.on_write = [this](uint32_t, float) { host.close(); };
   user.type_key('7');
-  user.type_key(0xff0d);
+  user.type_key(XKB_KEY_Return);
   user.sync();
   EXPECT_TRUE(test_support::wait_until([this] {
     if (host.isOpen())
@@ -296,7 +298,7 @@ TEST_F(CleanupInside, the_write_of_a_typed_number) {
   EXPECT_TRUE(test_support::wait_until([this] { return user.children(parent).empty(); }));
 }
 
-TEST_F(CleanupInside, its_own_touch_calls_is_one_cleanup) {
+TEST_F(CleanupInside, ItsOwnTouchCallsIsOneCleanup) {
   open();
   press(on_depth);
   point({on_depth.x, on_depth.y - 30});
@@ -307,7 +309,7 @@ TEST_F(CleanupInside, its_own_touch_calls_is_one_cleanup) {
   EXPECT_EQ(host.told().back().kind, Told::end);
 }
 
-TEST_F(Lifetimes, an_editor_may_be_opened_and_closed_and_another_closed_from_inside_a_write) {
+TEST_F(Lifetimes, AnEditorMayBeOpenedAndClosedAndAnotherClosedFromInsideAWrite) {
   open();
   auto other = openAnother(1);
   host.on_write = [&](uint32_t, float) {
@@ -320,7 +322,7 @@ TEST_F(Lifetimes, an_editor_may_be_opened_and_closed_and_another_closed_from_ins
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(Lifetimes, every_other_call_may_come_from_inside_a_write) {
+TEST_F(Lifetimes, EveryOtherCallMayComeFromInsideAWrite) {
   open();
   host.on_write = [this](uint32_t, float) {
     EXPECT_EQ(host.hide(), 0);
@@ -336,7 +338,7 @@ TEST_F(Lifetimes, every_other_call_may_come_from_inside_a_write) {
   EXPECT_TRUE(host.idleUntil([this] { return user.viewable(host.window()); }));
 }
 
-TEST_F(Lifetimes, a_write_lies_in_a_gesture_also_when_the_host_hides_the_editor_as_that_begins) {
+TEST_F(Lifetimes, AWriteLiesInAGestureAlsoWhenTheHostHidesTheEditorAsThatBegins) {
   open();
   bool hides = true;
   host.on_touch = [&](uint32_t, bool) {
@@ -354,7 +356,7 @@ TEST_F(Lifetimes, a_write_lies_in_a_gesture_also_when_the_host_hides_the_editor_
   EXPECT_THAT(host.told(), testing::ElementsAre(begin, end, begin, host.writes().front(), end));
 }
 
-TEST_F(Lifetimes, nothing_is_written_when_the_host_hides_the_editor_as_often_as_a_gesture_begins) {
+TEST_F(Lifetimes, NothingIsWrittenWhenTheHostHidesTheEditorAsOftenAsAGestureBegins) {
   open();
   host.on_touch = [this](uint32_t, bool grabbed) {
     if (grabbed) {
@@ -369,7 +371,7 @@ TEST_F(Lifetimes, nothing_is_written_when_the_host_hides_the_editor_as_often_as_
   EXPECT_THAT(host.told(), SizeIs(4));
 }
 
-TEST_F(Lifetimes, idle_calls_and_values_may_come_from_inside_a_write) {
+TEST_F(Lifetimes, IdleCallsAndValuesMayComeFromInsideAWrite) {
   open();
   host.on_write = [this](uint32_t port, float value) {
     host.set(port, value);

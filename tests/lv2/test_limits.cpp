@@ -30,7 +30,7 @@ class HugeWindows : public Limits, public testing::WithParamInterface<int> {};
 INSTANTIATE_TEST_SUITE_P(, HugeWindows, testing::Values(8000, 16384, 32000),
                          testing::PrintToStringParamName());
 
-TEST_P(HugeWindows, are_drawn_in_their_middle_and_worked) {
+TEST_P(HugeWindows, AreDrawnInTheirMiddleAndWorked) {
   open();
   // Of a square as many pixels as a screen of 3840 × 2160 has: 2880 a side.
   constexpr double scale = 2880.0 / editor_width;
@@ -55,7 +55,7 @@ TEST_P(HugeWindows, are_drawn_in_their_middle_and_worked) {
   EXPECT_THAT(host.log(), IsEmpty());
 }
 
-TEST_F(Limits, a_title_of_twenty_megabytes_is_shown_by_its_beginning) {
+TEST_F(Limits, ATitleOfTwentyMegabytesIsShownByItsBeginning) {
   const std::string title(20U << 20U, 'T');
   const LV2_Options_Option option = {LV2_OPTIONS_INSTANCE,
                                      0,
@@ -72,7 +72,7 @@ TEST_F(Limits, a_title_of_twenty_megabytes_is_shown_by_its_beginning) {
   EXPECT_GT(shown.size(), 200U);
 }
 
-TEST_F(Limits, an_editor_opens_where_no_file_may_have_a_byte) {
+TEST_F(Limits, AnEditorOpensWhereNoFileMayHaveAByte) {
   const ResourceLimit limit(RLIMIT_FSIZE, 0);
   open();
   drag(on_depth, 0, -40);
@@ -81,7 +81,7 @@ TEST_F(Limits, an_editor_opens_where_no_file_may_have_a_byte) {
 
 #ifndef ONDEX_SANITIZED
 
-TEST_F(Limits, with_little_memory_an_editor_opens_or_is_refused) {
+TEST_F(Limits, WithLittleMemoryAnEditorOpensOrIsRefused) {
   parent = makeParent();
   int opened = 0;
   int refused = 0;
@@ -101,7 +101,7 @@ TEST_F(Limits, with_little_memory_an_editor_opens_or_is_refused) {
   EXPECT_GT(refused, 0);
 }
 
-TEST_F(Limits, an_open_editor_waits_for_memory) {
+TEST_F(Limits, AnOpenEditorWaitsForMemory) {
   open();
   const auto before = picture(host.window());
   {
@@ -122,7 +122,7 @@ TEST_F(Limits, an_open_editor_waits_for_memory) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 0.2F);
 }
 
-TEST_F(Limits, an_open_editor_survives_whatever_memory_there_is) {
+TEST_F(Limits, AnOpenEditorSurvivesWhateverMemoryThereIs) {
   open();
   int size = 1;
   for (uint64_t room = 0; room <= 160U << 20U; room += 8U << 20U) {

@@ -19,7 +19,7 @@ std::string output_of(const std::vector<std::string>& arguments) {
   return process.output();
 }
 
-TEST(UiObjectFile, exports_its_descriptor_and_nothing_else) {
+TEST(UiObjectFile, ExportsItsDescriptorAndNothingElse) {
   std::istringstream lines(output_of({ONDEX_NM, "--dynamic", "--defined-only", ONDEX_UI}));
   std::set<std::string> names;
   for (std::string line; std::getline(lines, line);)
@@ -27,13 +27,13 @@ TEST(UiObjectFile, exports_its_descriptor_and_nothing_else) {
   EXPECT_EQ(names, std::set<std::string>{"lv2ui_descriptor"});
 }
 
-TEST(UiObjectFile, is_bound_when_it_is_loaded_and_never_unloaded) {
+TEST(UiObjectFile, IsBoundWhenItIsLoadedAndNeverUnloaded) {
   const std::string flags = output_of({ONDEX_READELF, "--dynamic", "--wide", ONDEX_UI});
   EXPECT_NE(flags.find("BIND_NOW"), std::string::npos);
   EXPECT_NE(flags.find("NODELETE"), std::string::npos);
 }
 
-TEST(UiObjectFile, has_nothing_to_do_with_xlib) {
+TEST(UiObjectFile, HasNothingToDoWithXlib) {
   const std::string needed = output_of({ONDEX_READELF, "--dynamic", "--wide", ONDEX_UI});
   EXPECT_EQ(needed.find("libX11.so"), std::string::npos);
   EXPECT_NE(needed.find("libxcb.so"), std::string::npos);
@@ -41,14 +41,14 @@ TEST(UiObjectFile, has_nothing_to_do_with_xlib) {
 
 #ifndef ONDEX_SANITIZED
 
-TEST(UiObjectFile, contains_no_signal_processing) {
+TEST(UiObjectFile, ContainsNoSignalProcessing) {
   const std::string names = output_of({ONDEX_NM, "--demangle", ONDEX_UI});
   EXPECT_NE(names.find("KVOndexView::"), std::string::npos);
   EXPECT_EQ(names.find("ondex::Tremolo"), std::string::npos);
   EXPECT_EQ(names.find("ondex::Oscillator"), std::string::npos);
 }
 
-TEST(UiObjectFile, is_small) {
+TEST(UiObjectFile, IsSmall) {
   const TemporaryFolder folder;
   const auto stripped = folder.path() / "ondex_ui.so";
   output_of({ONDEX_STRIP, "-o", stripped.string(), ONDEX_UI});

@@ -1,5 +1,7 @@
 // The windows of its own that the editor opens over a host's.
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <algorithm>
 
 #include "host_fixture.h"
@@ -11,8 +13,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr Place on_title = {430, 24};
-constexpr xcb_keysym_t return_key = 0xff0d;
-constexpr xcb_keysym_t escape_key = 0xff1b;
+constexpr xcb_keysym_t return_key = XKB_KEY_Return;
+constexpr xcb_keysym_t escape_key = XKB_KEY_Escape;
 
 class Panels : public HostTest {
  protected:
@@ -50,7 +52,7 @@ class Panels : public HostTest {
   std::vector<xcb_window_t> before;
 };
 
-TEST_F(Panels, a_typed_number_is_one_gesture_with_one_write) {
+TEST_F(Panels, ATypedNumberIsOneGestureWithOneWrite) {
   open_with_host_in_focus();
   open_entry(on_left_rate);
   EXPECT_THAT(host.told(), IsEmpty()) << "nothing has been decided yet";
@@ -62,7 +64,7 @@ TEST_F(Panels, a_typed_number_is_one_gesture_with_one_write) {
   EXPECT_TRUE(host.idleUntil([this] { return user.focused() == parent; })) << "the host has its keys again";
 }
 
-TEST_F(Panels, an_entry_that_is_cancelled_is_no_gesture) {
+TEST_F(Panels, AnEntryThatIsCancelledIsNoGesture) {
   open_with_host_in_focus();
   open_entry(on_left_rate);
   type({'7', escape_key});
@@ -71,7 +73,7 @@ TEST_F(Panels, an_entry_that_is_cancelled_is_no_gesture) {
   EXPECT_THAT(host.told(), IsEmpty());
 }
 
-TEST_F(Panels, what_the_host_says_meanwhile_does_not_wipe_what_is_typed) {
+TEST_F(Panels, WhatTheHostSaysMeanwhileDoesNotWipeWhatIsTyped) {
   open_with_host_in_focus();
   open_entry(on_left_rate);
   type({'7'});
@@ -82,7 +84,7 @@ TEST_F(Panels, what_the_host_says_meanwhile_does_not_wipe_what_is_typed) {
   EXPECT_EQ(host.value(left_rate_port), 7.5F);
 }
 
-TEST_F(Panels, the_entry_follows_a_host_that_moves_without_a_word) {
+TEST_F(Panels, TheEntryFollowsAHostThatMovesWithoutAWord) {
   open_with_host_in_focus();
   const xcb_window_t entry = open_entry(on_left_rate);
   const auto at_first = user.geometry(entry);
@@ -96,7 +98,7 @@ TEST_F(Panels, the_entry_follows_a_host_that_moves_without_a_word) {
   EXPECT_EQ(host.value(left_rate_port), 3);
 }
 
-TEST_F(Panels, all_go_when_the_parent_dies) {
+TEST_F(Panels, AllGoWhenTheParentDies) {
   open_with_host_in_focus();
   open_entry(on_left_rate);
   user.destroy(parent);
@@ -106,7 +108,7 @@ TEST_F(Panels, all_go_when_the_parent_dies) {
   host.close();
 }
 
-TEST_F(Panels, all_go_when_the_host_closes_the_editor) {
+TEST_F(Panels, AllGoWhenTheHostClosesTheEditor) {
   open_with_host_in_focus();
   open_entry(on_left_rate);
   host.close();
@@ -114,7 +116,7 @@ TEST_F(Panels, all_go_when_the_host_closes_the_editor) {
   EXPECT_THAT(host.told(), IsEmpty());
 }
 
-TEST_F(Panels, the_preferences_belong_to_the_hosts_window) {
+TEST_F(Panels, ThePreferencesBelongToTheHostsWindow) {
   open_with_host_in_focus();
   point(on_title);
   settle();
@@ -135,7 +137,7 @@ TEST_F(Panels, the_preferences_belong_to_the_hosts_window) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(Panels, the_preferences_go_with_the_editor) {
+TEST_F(Panels, ThePreferencesGoWithTheEditor) {
   open_with_host_in_focus();
   point(on_title);
   settle();

@@ -43,7 +43,7 @@ class Placement : public HostTest {
   }
 };
 
-TEST_F(Placement, a_parent_with_translucent_pixels_is_like_any_other) {
+TEST_F(Placement, AParentWithTranslucentPixelsIsLikeAnyOther) {
   const auto expected = pictureIn({}, editor_width, editor_height);
   parent = makeTranslucentWindow();
   ASSERT_NE(parent, xcb_window_t{XCB_WINDOW_NONE});
@@ -54,7 +54,7 @@ TEST_F(Placement, a_parent_with_translucent_pixels_is_like_any_other) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(Placement, a_host_that_moves_without_a_word_changes_nothing) {
+TEST_F(Placement, AHostThatMovesWithoutAWordChangesNothing) {
   open();
   point(on_depth);
   settle();
@@ -64,7 +64,7 @@ TEST_F(Placement, a_host_that_moves_without_a_word_changes_nothing) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(Placement, resized_by_the_host_it_is_as_sharp_as_at_that_scale) {
+TEST_F(Placement, ResizedByTheHostItIsAsSharpAsAtThatScale) {
   const auto expected = pictureIn({.scale = 1.25F}, 1075, 440);
   open();
   user.resize(parent, 1075, 440);
@@ -78,7 +78,7 @@ TEST_F(Placement, resized_by_the_host_it_is_as_sharp_as_at_that_scale) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(Placement, the_host_is_told_the_size_that_the_window_has) {
+TEST_F(Placement, TheHostIsToldTheSizeThatTheWindowHas) {
   // 860 · 1.1 is a little more than 946 in binary numbers.
   for (const float scale : {1.1F, 1.2F, 1.35F, 1.37F, 2.3F}) {
     open({.scale = scale});
@@ -90,7 +90,7 @@ TEST_F(Placement, the_host_is_told_the_size_that_the_window_has) {
   }
 }
 
-TEST_F(Placement, the_resize_interface_does_the_same) {
+TEST_F(Placement, TheResizeInterfaceDoesTheSame) {
   open();
   user.resize(parent, 1720, 704);
   EXPECT_EQ(host.resize(1720, 704), 0);
@@ -103,7 +103,7 @@ TEST_F(Placement, the_resize_interface_does_the_same) {
   EXPECT_THAT(host.announced(), SizeIs(1)) << "not again";
 }
 
-TEST_F(Placement, other_proportions_leave_margins) {
+TEST_F(Placement, OtherProportionsLeaveMargins) {
   open();
   user.move(parent, 0, 0);
   user.resize(parent, 860, 704);
@@ -115,7 +115,7 @@ TEST_F(Placement, other_proportions_leave_margins) {
   EXPECT_NEAR(host.value(depth_port), 0.7F, 1e-5F);
 }
 
-TEST_F(Placement, the_smallest_of_windows_is_survived) {
+TEST_F(Placement, TheSmallestOfWindowsIsSurvived) {
   open();
   const auto before = picture(host.window());
   user.resize(host.window(), 1, 1);
@@ -130,14 +130,14 @@ TEST_F(Placement, the_smallest_of_windows_is_survived) {
   EXPECT_TRUE(picture(host.window()) == before);
 }
 
-TEST_F(Placement, a_parent_without_room_is_no_reason_to_be_small) {
+TEST_F(Placement, AParentWithoutRoomIsNoReasonToBeSmall) {
   parent = makeParent(0, 0, 1, 1);
   ASSERT_TRUE(host.open({.parent = parent}));
   host.idleFor(0.1);
   EXPECT_EQ(user.geometry(host.window()).width, editor_width);
 }
 
-TEST_F(Placement, without_a_parent_it_has_a_window_of_its_own) {
+TEST_F(Placement, WithoutAParentItHasAWindowOfItsOwn) {
   const char title[] = "Tremolo of track 3";
   ASSERT_TRUE(host.open({.more_options = {{LV2_OPTIONS_INSTANCE, 0, host.number(LV2_UI__windowTitle),
                                            sizeof title, host.number(LV2_ATOM__String), title}}}));
@@ -158,7 +158,7 @@ TEST_F(Placement, without_a_parent_it_has_a_window_of_its_own) {
   EXPECT_TRUE(user.viewable(host.window()));
 }
 
-TEST_F(Placement, a_window_of_its_own_that_the_user_closes_can_be_shown_again) {
+TEST_F(Placement, AWindowOfItsOwnThatTheUserClosesCanBeShownAgain) {
   ASSERT_TRUE(host.open({}));
   ASSERT_EQ(host.show(), 0);
   host.idleFor(0.1);
@@ -171,7 +171,7 @@ TEST_F(Placement, a_window_of_its_own_that_the_user_closes_can_be_shown_again) {
   EXPECT_TRUE(user.viewable(host.window()));
 }
 
-TEST_F(Placement, a_parent_of_null_is_no_parent) {
+TEST_F(Placement, AParentOfNullIsNoParent) {
   ASSERT_TRUE(host.open({.parent = xcb_window_t{XCB_WINDOW_NONE}}));
   EXPECT_TRUE(host.logHas("the host's parent is no window"));
   EXPECT_EQ(user.parent_of(host.window()), user.root());

@@ -25,7 +25,7 @@ class Threads : public HostTest {
   }
 };
 
-TEST_F(Threads, an_editor_made_on_one_is_turned_on_another) {
+TEST_F(Threads, AnEditorMadeOnOneIsTurnedOnAnother) {
   parent = makeParent(200, 100);
   bool opened = false;
   elsewhere([&] { opened = host.open({.parent = parent}); });
@@ -39,7 +39,7 @@ TEST_F(Threads, an_editor_made_on_one_is_turned_on_another) {
   EXPECT_THAT(host.log(), testing::IsEmpty());
 }
 
-TEST_F(Threads, every_call_may_come_on_one_of_its_own) {
+TEST_F(Threads, EveryCallMayComeOnOneOfItsOwn) {
   open();
   point(on_the_title);
   elsewhere([this] { host.idleFor(0.06); });

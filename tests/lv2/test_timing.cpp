@@ -57,7 +57,7 @@ class Timing : public HostTest {
   }
 };
 
-TEST_F(Timing, the_same_comes_out_however_often_idle_is_called) {
+TEST_F(Timing, TheSameComesOutHoweverOftenIdleIsCalled) {
   const Outcome usual = work(33);
   EXPECT_NEAR(usual.value, 0.7F, 1e-5F);
   EXPECT_EQ(usual.gestures, 1U);
@@ -69,7 +69,7 @@ TEST_F(Timing, the_same_comes_out_however_often_idle_is_called) {
   }
 }
 
-TEST_F(Timing, a_host_that_forgets_to_call_for_seconds_finds_everything_in_order) {
+TEST_F(Timing, AHostThatForgetsToCallForSecondsFindsEverythingInOrder) {
   open();
   point(on_depth);
   settle();
@@ -91,7 +91,7 @@ TEST_F(Timing, a_host_that_forgets_to_call_for_seconds_finds_everything_in_order
   EXPECT_TRUE(picture(host.window()) == shown) << "the last value";
 }
 
-TEST_F(Timing, nothing_is_drawn_when_nothing_changes) {
+TEST_F(Timing, NothingIsDrawnWhenNothingChanges) {
   open();
   host.idleFor(0.3);
   const auto shown = picture(host.window());
@@ -108,7 +108,7 @@ TEST_F(Timing, nothing_is_drawn_when_nothing_changes) {
 }
 
 /// Runs the named test of this program under a locale with a decimal comma.
-TEST(CommaLocale, changes_nothing) {
+TEST(CommaLocale, ChangesNothing) {
   const TemporaryFolder folder;
   const std::string name = (folder.path() / "comma.utf8").string();
   ChildProcess compiler({{ONDEX_LOCALEDEF, "--no-archive", "-i", "de_DE", "-f", "UTF-8", name}, {}});

@@ -24,11 +24,11 @@ class Trial : public testing::TestWithParam<uint64_t> {
   }
 };
 
-TEST_P(Trial, an_audio_unit_host_finds_no_fault) {
+TEST_P(Trial, AnAudioUnitHostFindsNoFault) {
   tryWorld(World::editor);
 }
 
-TEST_P(Trial, an_lv2_host_finds_no_fault) {
+TEST_P(Trial, AnLv2HostFindsNoFault) {
   tryWorld(World::lv2);
 }
 

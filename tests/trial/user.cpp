@@ -1,5 +1,7 @@
 #include "user.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <array>
 #include <iterator>
 
@@ -11,8 +13,8 @@ using namespace cocoa;
 
 namespace {
 
-constexpr uint32_t key_return = 0xff0d;
-constexpr uint32_t key_escape = 0xff1b;
+constexpr uint32_t key_return = XKB_KEY_Return;
+constexpr uint32_t key_escape = XKB_KEY_Escape;
 
 struct Key {
   const char* name;
@@ -21,13 +23,13 @@ struct Key {
   uint32_t modifiers;
 };
 constexpr Key other_keys[] = {
-    {"Tab", 0xff09, "\t", 0},
-    {"Shift+Tab", 0xfe20, "", modifier_shift},
-    {"BackSpace", 0xff08, "\b", 0},
-    {"Delete", 0xffff, "", 0},
-    {"Left", 0xff51, "", 0},
-    {"Shift+Right", 0xff53, "", modifier_shift},
-    {"Home", 0xff50, "", 0},
+    {"Tab", XKB_KEY_Tab, "\t", 0},
+    {"Shift+Tab", XKB_KEY_ISO_Left_Tab, "", modifier_shift},
+    {"BackSpace", XKB_KEY_BackSpace, "\b", 0},
+    {"Delete", XKB_KEY_Delete, "", 0},
+    {"Left", XKB_KEY_Left, "", 0},
+    {"Shift+Right", XKB_KEY_Right, "", modifier_shift},
+    {"Home", XKB_KEY_Home, "", 0},
     {"Ctrl+A", 'a', "", modifier_control},
     {"Ctrl+C", 'c', "", modifier_control},
     {"Ctrl+X", 'x', "", modifier_control},
