@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <filesystem>
 #include <pugixml.hpp>
 #include <string>
@@ -114,7 +116,7 @@ class InterfaceFileTest : public EditorFixture {
       add_places(*subview, places);
   }
   void use(cocoa::NSPoint place) {
-    constexpr uint32_t return_key = 0xff0d;
+    constexpr uint32_t return_key = XKB_KEY_Return;
     cocoa::HeadlessWindow& shown = *system.windows().front();
     clock.advance(10);
     shown.press(place);

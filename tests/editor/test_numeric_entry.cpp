@@ -1,4 +1,6 @@
 #include "appkit/NSWindow.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
 #include "editor_fixture.h"
 #include "windows/headless.h"
 
@@ -7,7 +9,7 @@ namespace {
 
 using namespace cocoa;
 
-constexpr uint32_t enter_key = 0xff0d;
+constexpr uint32_t enter_key = XKB_KEY_Return;
 
 /// The editor in a window, and a user.
 class NumericEntry : public EditorFixture {
@@ -52,7 +54,7 @@ TEST_F(NumericEntry, EveryReadoutOpensTheOnePanelOverItself) {
     EXPECT_EQ(field().formatter()->minimum(), readout->minimum_value());
     EXPECT_EQ(field().formatter()->maximum(), readout->maximum_value());
     EXPECT_EQ(static_cast<double>(field().floatValue()), readout->current_value());
-    system.newestWindow()->key_down(0xff1b, "");
+    system.newestWindow()->key_down(XKB_KEY_Escape, "");
     pass();
   }
   EXPECT_TRUE(writes.empty());

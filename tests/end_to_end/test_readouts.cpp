@@ -1,12 +1,14 @@
 #include "session.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 /// The gestures of the readouts, as the program tells them to its host.
 
 namespace ondex::test {
 namespace {
 
-constexpr xcb_keysym_t shift_key = 0xffe1;
-constexpr xcb_keysym_t control_key = 0xffe3;
+constexpr xcb_keysym_t shift_key = XKB_KEY_Shift_L;
+constexpr xcb_keysym_t control_key = XKB_KEY_Control_L;
 
 class ReadoutSession : public SessionTest {};
 

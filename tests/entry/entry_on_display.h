@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -16,8 +18,9 @@ namespace ondex::test {
 
 /// X keysyms.
 namespace key {
-inline constexpr uint32_t enter = 0xff0d, keypad_enter = 0xff8d, escape = 0xff1b, backspace = 0xff08;
-inline constexpr uint32_t left = 0xff51, shift = 0xffe1, control = 0xffe3;
+inline constexpr uint32_t enter = XKB_KEY_Return, keypad_enter = XKB_KEY_KP_Enter, escape = XKB_KEY_Escape,
+                          backspace = XKB_KEY_BackSpace;
+inline constexpr uint32_t left = XKB_KEY_Left, shift = XKB_KEY_Shift_L, control = XKB_KEY_Control_L;
 }  // namespace key
 
 /// The editor on an X server, in a window of its own or of a host, and a user who works it.

@@ -1,3 +1,5 @@
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gmock/gmock.h>
 
 #include "list_on_display.h"
@@ -7,10 +9,10 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr uint32_t key_return = 0xff0d;
-constexpr uint32_t key_down = 0xff54;
-constexpr uint32_t key_f4 = 0xffc1;
-constexpr uint32_t key_alt = 0xffe9;
+constexpr uint32_t key_return = XKB_KEY_Return;
+constexpr uint32_t key_down = XKB_KEY_Down;
+constexpr uint32_t key_f4 = XKB_KEY_F4;
+constexpr uint32_t key_alt = XKB_KEY_Alt_L;
 
 TEST_F(ListOnDisplay, LeavesTheFocusInsideItsHost) {
   const xcb_window_t host = user.make_window(100, 100, 400, 300);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,12 +17,12 @@
 
 namespace ondex::test {
 
-inline constexpr xcb_keysym_t key_return = 0xff0d;
-inline constexpr xcb_keysym_t key_escape = 0xff1b;
-inline constexpr xcb_keysym_t key_home = 0xff50;
-inline constexpr xcb_keysym_t key_up = 0xff52;
-inline constexpr xcb_keysym_t key_down = 0xff54;
-inline constexpr xcb_keysym_t key_end = 0xff57;
+inline constexpr xcb_keysym_t key_return = XKB_KEY_Return;
+inline constexpr xcb_keysym_t key_escape = XKB_KEY_Escape;
+inline constexpr xcb_keysym_t key_home = XKB_KEY_Home;
+inline constexpr xcb_keysym_t key_up = XKB_KEY_Up;
+inline constexpr xcb_keysym_t key_down = XKB_KEY_Down;
+inline constexpr xcb_keysym_t key_end = XKB_KEY_End;
 
 /// The gallery on an X server of its own and a user at it; with and without a window manager.
 class GalleryTest : public testing::TestWithParam<bool> {

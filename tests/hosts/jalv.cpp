@@ -1,5 +1,7 @@
 #include "jalv.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -191,9 +193,9 @@ size_t JalvDesktop::windows_on_screen() {
 }
 
 bool JalvDesktop::choose_preset(xcb_window_t editor) {
-  constexpr xcb_keysym_t alt = 0xffe9;
-  constexpr xcb_keysym_t up = 0xff52;
-  constexpr xcb_keysym_t enter = 0xff0d;
+  constexpr xcb_keysym_t alt = XKB_KEY_Alt_L;
+  constexpr xcb_keysym_t up = XKB_KEY_Up;
+  constexpr xcb_keysym_t enter = XKB_KEY_Return;
   const xcb_window_t top_level = top_level_of(editor);
   user.send_to_manager(top_level, "_NET_ACTIVE_WINDOW", 2);
   // GTK hands the focus on to a window of its own inside.

@@ -1,4 +1,6 @@
 #include "appkit/NSGraphicsContext.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
 #include "appkit/NSWindow.h"
 #include "editor_fixture.h"
 #include "picture.h"
@@ -76,7 +78,7 @@ class EntryPictures : public EditorFixture {
 };
 
 TEST_F(EntryPictures, ThePanelIsAsCommitted) {
-  constexpr uint32_t enter = 0xff0d;
+  constexpr uint32_t enter = XKB_KEY_Return;
   take();
   type("12,75");
   take();

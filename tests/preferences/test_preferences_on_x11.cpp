@@ -1,3 +1,5 @@
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gmock/gmock.h>
 
 #include "appkit/private/NSColorPanel.h"
@@ -237,12 +239,12 @@ TEST_P(PreferencesOnX11, ColoursAreTyped) {
   open_panel(*controller()._readout_color_well);
   click(panel(), 310, 27);
   ASSERT_TRUE(until([&] { return panel().isKeyWindow() && panel().firstResponder() != nullptr; }));
-  user.press_key(0xffe3);
+  user.press_key(XKB_KEY_Control_L);
   user.type_key('a');
-  user.release_key(0xffe3);
+  user.release_key(XKB_KEY_Control_L);
   for (const char digit : {'0', '0', '3', '3', '6', '6'})
     user.type_key(static_cast<xcb_keysym_t>(digit));
-  user.type_key(0xff0d);
+  user.type_key(XKB_KEY_Return);
   EXPECT_TRUE(until([] { return stores(readout_color_preference, 0, 0.2, 0.4); }));
 }
 

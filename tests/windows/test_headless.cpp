@@ -1,3 +1,5 @@
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -118,7 +120,7 @@ TEST_F(Headless, ScrollsAndTypes) {
   w.move_to({1, 2});
   w.scroll(0, -0.25);
   w.type("7");
-  w.key_down(0xff0d, "\r", 0, true);
+  w.key_down(XKB_KEY_Return, "\r", 0, true);
   system.dispatch();
   const auto turns = recorder.of(WindowEventType::scroll_wheel);
   ASSERT_EQ(turns.size(), 1U);
