@@ -28,7 +28,7 @@ std::string cause_of_refusal(std::string_view xml) {
   return list ? std::string() : list.cause();
 }
 
-PropertyList read(std::string_view xml) {
+PropertyList list_of(std::string_view xml) {
   Result<PropertyList> list = PropertyList::fromXML(xml);
   EXPECT_TRUE(list) << list.cause();
   return list ? std::move(*list) : PropertyList();
@@ -83,19 +83,19 @@ TEST(PropertyList, EveryTextAndDataComesBack) {
        {"", " ", "\n", "\r", "a\r\nb", "\t\t", " a ", "&amp;", "<!-- -->", "]]>", "&#13;", "\xC3\xA9"}) {
     PropertyList list;
     list.setValue(value, text(value));
-    const PropertyList again = read(list.xml());
+    const PropertyList again = list_of(list.xml());
     EXPECT_THAT(again.value(value), Optional(text(value)));
     EXPECT_EQ(again.xml(), list.xml());
   }
   PropertyList list;
   list.setValue("none", data(""));
-  EXPECT_THAT(read(list.xml()).value("none"), Optional(data("")));
+  EXPECT_THAT(list_of(list.xml()).value("none"), Optional(data("")));
 }
 
 TEST(PropertyList, ReadsDataInLinesAndCommentedText) {
   const PropertyList list =
-      read(plist("<key>d</key><data>\n\tZm9v\n\tYmFy\n\t</data><!-- c --><key>s<!-- c -->t</key>"
-                 "<string>a<![CDATA[<b>]]>c</string>"));
+      list_of(plist("<key>d</key><data>\n\tZm9v\n\tYmFy\n\t</data><!-- c --><key>s<!-- c -->t</key>"
+                    "<string>a<![CDATA[<b>]]>c</string>"));
   EXPECT_THAT(list.value("d"), Optional(data("foobar")));
   EXPECT_THAT(list.value("st"), Optional(text("a<b>c")));
 }
@@ -108,7 +108,7 @@ TEST(PropertyList, LeavesValuesOfOtherKindsAsTheyCame) {
       "\t\t<key>t</key>\n\t\t<date>2009-02-13T23:31:30Z</date>\n"
       "\t\t<key>a</key>\n\t\t<array>\n\t\t\t<string> </string>\n\t\t\t<string>x&#13;&amp;</string>\n"
       "\t\t\t<dict>\n\t\t\t\t<key>k</key>\n\t\t\t\t<data>!not base64!</data>\n\t\t\t</dict>\n\t\t</array>\n";
-  PropertyList list = read(plist(others));
+  PropertyList list = list_of(plist(others));
   EXPECT_TRUE(list.contains("i"));
   EXPECT_THAT(list.value("i"), Optional(PropertyListValue(OpaqueValue{"integer"})));
   EXPECT_THAT(list.value("a"), Optional(PropertyListValue(OpaqueValue{"array"})));
@@ -121,27 +121,27 @@ TEST(PropertyList, LeavesValuesOfOtherKindsAsTheyCame) {
 }
 
 TEST(PropertyList, DataThatIsNoneIsThereAndStays) {
-  PropertyList list = read(plist("<key>d</key><data>***</data>"));
+  PropertyList list = list_of(plist("<key>d</key><data>***</data>"));
   EXPECT_THAT(list.value("d"), Optional(PropertyListValue(OpaqueValue{"data"})));
   list.setValue("new", text("v"));
   EXPECT_THAT(list.xml(), HasSubstr("<data>***</data>"));
 }
 
 TEST(PropertyList, KeepsTheSpacesOfOthersTexts) {
-  PropertyList list = read(plist("<key> k </key><string>  <![CDATA[ a ]]> <!-- c --> b </string>"));
+  PropertyList list = list_of(plist("<key> k </key><string>  <![CDATA[ a ]]> <!-- c --> b </string>"));
   EXPECT_THAT(list.value(" k "), Optional(text("   a   b ")));
-  EXPECT_THAT(read(list.xml()).value(" k "), Optional(text("   a   b ")));
+  EXPECT_THAT(list_of(list.xml()).value(" k "), Optional(text("   a   b ")));
 }
 
 TEST(PropertyList, ReplacesAValueWhereItStands) {
-  PropertyList list = read(plist("<key>a</key><integer>1</integer><key>b</key><true/>"));
+  PropertyList list = list_of(plist("<key>a</key><integer>1</integer><key>b</key><true/>"));
   list.setValue("a", text("one"));
   EXPECT_EQ(list.xml(),
             plist("\t\t<key>a</key>\n\t\t<string>one</string>\n\t\t<key>b</key>\n\t\t<true />\n"));
 }
 
 TEST(PropertyList, RemovesAKeyThatStandsTwice) {
-  PropertyList list = read(plist("<key>a</key><integer>1</integer><key>a</key><integer>2</integer>"));
+  PropertyList list = list_of(plist("<key>a</key><integer>1</integer><key>a</key><integer>2</integer>"));
   list.removeValue("a");
   EXPECT_FALSE(list.contains("a"));
   list.removeValue("never there");
@@ -203,7 +203,7 @@ TEST(PropertyList, SurvivesDamage) {
       list->setValue("a", text("new"));
       const std::string written = list->xml();
       EXPECT_TRUE(check_xml(written)) << damaged;
-      EXPECT_THAT(read(written).value("a"), Optional(text("new")));
+      EXPECT_THAT(list_of(written).value("a"), Optional(text("new")));
     }
   }
 }

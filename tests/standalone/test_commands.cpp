@@ -5,7 +5,7 @@
 namespace ondex {
 namespace {
 
-Command read(std::string_view line) {
+Command command_of(std::string_view line) {
   const cocoa::Result<Command> command = read_command(line);
   EXPECT_TRUE(command) << line << ": " << command.cause();
   return command ? *command : Command();
@@ -17,22 +17,22 @@ std::string fault_of(std::string_view line) {
 }
 
 TEST(Commands, AreReadFromALine) {
-  EXPECT_EQ(read("list").kind, CommandKind::list);
-  EXPECT_EQ(read(" quit ").kind, CommandKind::quit);
-  EXPECT_EQ(read("").kind, CommandKind::none);
-  EXPECT_EQ(read(" \t ").kind, CommandKind::none);
-  const Command set = read("set 4\t12.5");
+  EXPECT_EQ(command_of("list").kind, CommandKind::list);
+  EXPECT_EQ(command_of(" quit ").kind, CommandKind::quit);
+  EXPECT_EQ(command_of("").kind, CommandKind::none);
+  EXPECT_EQ(command_of(" \t ").kind, CommandKind::none);
+  const Command set = command_of("set 4\t12.5");
   EXPECT_EQ(set.kind, CommandKind::set);
   EXPECT_EQ(set.change.id, 4U);
   EXPECT_EQ(set.change.value, 12.5F);
-  const Command get = read("get 6");
+  const Command get = command_of("get 6");
   EXPECT_EQ(get.kind, CommandKind::get);
   EXPECT_EQ(get.change.id, 6U);
 }
 
 TEST(Commands, APicturesNameMayHoldBlanks) {
-  EXPECT_EQ(read("screenshot my picture.png ").file, "my picture.png");
-  EXPECT_EQ(read("  screenshot a.png").file, "a.png");
+  EXPECT_EQ(command_of("screenshot my picture.png ").file, "my picture.png");
+  EXPECT_EQ(command_of("  screenshot a.png").file, "a.png");
 }
 
 TEST(Commands, WhatIsWrongIsSaidInOneLineAndIsNoCommand) {
