@@ -127,19 +127,36 @@ void Rasterizer::go_to_row(int row) {
       e.top = 0;
       e.next_x = place_of(e.end.x);
     }
-    keep(e, end++);
+    set_bounds(e);
+    // Nearly in order from the row before.
+    insert(e, end++);
   }
+  Edge** const begin = end;
   for (int32_t i = first_in_row_[static_cast<size_t>(row - area_.y0)]; i >= 0;
-       i = edges_[static_cast<size_t>(i)].next)
-    keep(edges_[static_cast<size_t>(i)], end++);
+       i = edges_[static_cast<size_t>(i)].next) {
+    set_bounds(edges_[static_cast<size_t>(i)]);
+    *end++ = &edges_[static_cast<size_t>(i)];
+  }
+  // Those of a long line of text begin by the thousand, the last one first.
+  constexpr ptrdiff_t few = 32;
+  if (end - begin > few) {
+    const auto in_order = [](const Edge* a, const Edge* b) { return a->left < b->left; };
+    std::stable_sort(begin, end, in_order);
+    std::inplace_merge(active_.data() + 1, begin, end, in_order);
+  } else {
+    for (Edge** edge = begin; edge < end; ++edge)
+      insert(**edge, edge);
+  }
   *end = &behind_all_;
   active_end_ = end;
 }
 
-inline void Rasterizer::keep(Edge& edge, Edge** end) {
+void Rasterizer::set_bounds(Edge& edge) {
   edge.left = std::min(edge.x, edge.next_x);
   edge.right = std::max(edge.x, edge.next_x);
-  // Nearly in order from the row before.
+}
+
+inline void Rasterizer::insert(Edge& edge, Edge** end) {
   for (; end[-1]->left > edge.left; --end)
     *end = end[-1];
   *end = &edge;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numbers>
+#include <numeric>
 #include <ostream>
 #include <random>
 
@@ -62,6 +64,26 @@ TEST(Rasterizer, CoversTheExactAreaOfTinyPolygons) {
   for (int i = 0; i < 60; ++i) {
     SCOPED_TRACE(i);
     expect_exact(random_polygon(random, 2, 3 + i % 6, 1.1, i % 2 ? 1.3 : 2.9), {0, 0, 4, 4});
+  }
+}
+
+TEST(Rasterizer, CoversTheExactAreaOfManyEdgesThatBeginInOneRow) {
+  // As letters in a line of text do, from the left, from the right and in no order, some upon each other.
+  std::mt19937 random(16);
+  std::vector<int> order(60);
+  std::iota(order.begin(), order.end(), 0);
+  for (int i = 0; i < 3; ++i) {
+    SCOPED_TRACE(i);
+    Polygon polygon;
+    for (const int place : order) {
+      const double x = place * 0.5 + static_cast<double>(random() % 64) / 64;
+      polygon.add(x, 1.125);
+      polygon.add(x + 0.75, 1.5 + static_cast<double>(random() % 64) / 32);
+      polygon.add(x - 0.25, 1.25);
+      polygon.close();
+    }
+    expect_exact(polygon, {-1, 0, 33, 5});
+    i == 0 ? std::reverse(order.begin(), order.end()) : std::shuffle(order.begin(), order.end(), random);
   }
 }
 

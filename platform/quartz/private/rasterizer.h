@@ -50,8 +50,9 @@ class Rasterizer {
   void add_edge(GridPoint from, GridPoint to);
   /// Cuts the edges by the row, which follows the last one, and puts those that are in it in order.
   void go_to_row(int row);
-  /// Puts it behind those that lie further left and end before that place.
-  static void keep(Edge& edge, Edge** end);
+  static void set_bounds(Edge& edge);
+  /// Puts it among those before `end`, behind all that do not lie further right.
+  static void insert(Edge& edge, Edge** end);
   void sweep();
   /// Adds what a group that ends at `right` covers; from the winding number on its left it makes that on its
   /// right.
