@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a repaint of the editor costs at scale 1 into memory, and how many times as long as copying the
 // damaged pixels that is. Repaint and copy alternate in one run, so that both see the same machine.
 

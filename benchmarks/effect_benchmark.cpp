@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the effect costs a host: blocks of 64 and 1024 frames at 48 kHz, in each state that differs in its
 // work.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the LV2 user interface costs its host and the X server: a host in a process of its own, with a server
 // of its own, that opens the editor, sweeps all parameters, and leaves it alone. Prints a table in Markdown.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes the editor and repaints what that damaged, as often as asked, so that something else can count what
 // a repaint takes: repaints full|graph|knob|readout|nothing COUNT. No two changes are the same.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The LV2 bundle ondex.lv2, put together in the build from the parts of the modules that have a share in it, and
 # installed from there into the LV2 path of choice, by itself with `cmake --install <build> --component lv2`.
 set(ONDEX_LV2_DIR "${CMAKE_INSTALL_LIBDIR}/lv2" CACHE PATH

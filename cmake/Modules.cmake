@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # A module is a folder, a static library and an include prefix of the same name.
 #
 # The headers in its folder are public: they are reached as "module/Header.h" by the modules that are linked to it, through

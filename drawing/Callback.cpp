@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/Callback.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/KV_Ondex_Box.h"
 
 #include "drawing/shading.h"

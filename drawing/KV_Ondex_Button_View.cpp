@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/KV_Ondex_Button_View.h"
 
 #include "drawing/color_rules.h"

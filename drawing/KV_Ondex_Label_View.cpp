@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/KV_Ondex_Label_View.h"
 
 #include "appkit/NSStringDrawing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/KV_Ondex_Menu_View.h"
 
 #include "appkit/NSEvent.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/capsule.h"
 
 #include "drawing/color_rules.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/text_attributes.h"
 
 #include "appkit/NSStringDrawing.h"

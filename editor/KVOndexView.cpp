@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/KVOndexView.h"
 
 #include "editor/parameter_table.h"

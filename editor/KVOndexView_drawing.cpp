@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/color_rules.h"
 #include "drawing/shading.h"
 #include "editor/KVOndexView.h"

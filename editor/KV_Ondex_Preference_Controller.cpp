@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/KV_Ondex_Preference_Controller.h"
 
 #include "editor/private/color_preferences.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/private/color_preferences.h"
 
 #include "foundation/CFPreferences.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/repeated_attempt.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The effect as an LV2 plug-in: the ports of a host on one side, the tremolo on the other.
 
 #include <lv2/core/lv2.h>

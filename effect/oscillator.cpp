@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "effect/oscillator.h"
 
 #include <cmath>

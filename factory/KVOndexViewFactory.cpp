@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "factory/KVOndexViewFactory.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "factory/bundle_classes.h"
 
 #include "drawing/KV_Ondex_Box.h"

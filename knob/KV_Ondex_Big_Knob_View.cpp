@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "knob/KV_Ondex_Big_Knob_View.h"
 
 #include <cmath>

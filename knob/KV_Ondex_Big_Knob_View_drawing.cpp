@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSWindow.h"
 #include "drawing/shading.h"
 #include "knob/KV_Ondex_Big_Knob_View.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "knob/private/knob_colors.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "parameter_control/KV_Ondex_Parameter_Control_View.h"
 
 #include <utility>

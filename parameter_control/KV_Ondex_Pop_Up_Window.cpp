@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "parameter_control/KV_Ondex_Pop_Up_Window.h"
 
 namespace ondex {

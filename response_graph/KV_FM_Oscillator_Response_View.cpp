@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "response_graph/KV_FM_Oscillator_Response_View.h"
 
 #include <cmath>

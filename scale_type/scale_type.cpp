@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "scale_type/scale_type.h"
 
 #include <cmath>

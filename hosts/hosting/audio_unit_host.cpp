@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hosting/audio_unit_host.h"
 
 #include "audio_unit/AUCocoaUIBase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lv2_ui/echo_filter.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lv2_ui/gesture_window.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lv2_ui/host_features.h"
 
 #include <lv2/atom/atom.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lv2_ui/lv2_editor.h"
 
 #include <algorithm>

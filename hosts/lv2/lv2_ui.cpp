@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The shared object's way in: what an LV2 host calls, taken to the editor of the handle.
 
 #include <lv2/ui/ui.h>

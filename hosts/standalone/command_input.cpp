@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/command_input.h"
 
 #include <unistd.h>

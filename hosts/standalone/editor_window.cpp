@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/editor_window.h"
 
 #include "appkit/NSApplication.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/effect.h"
 
 #include "editor/parameter_table.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/end_signals.h"
 
 #include <poll.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/interactive.h"
 
 #include <poll.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/resource_folder.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/screenshot.h"
 
 #include "foundation/CFRunLoop.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/text_lines.h"
 
 namespace ondex {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/view_picture.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSApplication.h"
 
 #include "appkit/NSBox.h"

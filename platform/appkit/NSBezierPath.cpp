@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSBezierPath.h"
 
 #include "appkit/NSGraphicsContext.h"

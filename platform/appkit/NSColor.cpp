@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSColor.h"
 
 #include <algorithm>

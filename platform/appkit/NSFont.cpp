@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSFont.h"
 
 #include "foundation/InterfaceDecoder.h"

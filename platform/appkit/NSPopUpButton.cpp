@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSPopUpButton.h"
 
 #include "appkit/NSColor.h"

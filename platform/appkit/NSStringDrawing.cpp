@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSStringDrawing.h"
 
 #include "appkit/NSColor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSTextFieldCell.h"
 
 #include "foundation/InterfaceDecoder.h"

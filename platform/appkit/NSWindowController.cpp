@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSWindowController.h"
 
 #include "foundation/NSBundle.h"

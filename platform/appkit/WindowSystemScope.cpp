@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/WindowSystemScope.h"
 
 namespace cocoa {

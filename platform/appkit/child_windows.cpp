@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/child_windows.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/color_picking.h"
 
 #include <algorithm>

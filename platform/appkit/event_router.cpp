@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/event_router.h"
 
 #include <utility>

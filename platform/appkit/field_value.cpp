@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/field_value.h"
 
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/menu_tracking.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>

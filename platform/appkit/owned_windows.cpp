@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/owned_windows.h"
 
 #include "appkit/private/NSWindow_parts.h"

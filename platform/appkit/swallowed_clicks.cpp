@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/swallowed_clicks.h"
 
 #include <algorithm>

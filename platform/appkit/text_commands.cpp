@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/text_commands.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/text_editing_session.h"
 
 #include "appkit/NSWindow.h"

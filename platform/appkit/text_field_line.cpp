@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/text_field_line.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio_unit/private/call_gate.h"
 
 #include <algorithm>

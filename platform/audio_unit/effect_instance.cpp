@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio_unit/effect_instance.h"
 
 #include <algorithm>

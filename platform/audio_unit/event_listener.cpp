@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio_unit/private/event_listener.h"
 
 #include <algorithm>

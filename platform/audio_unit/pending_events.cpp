@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "audio_unit/private/pending_events.h"
 
 #include <algorithm>

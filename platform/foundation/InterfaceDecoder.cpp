@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/InterfaceDecoder.h"
 
 #include <charconv>

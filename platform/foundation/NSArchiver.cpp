@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/NSArchiver.h"
 
 #include "foundation/NSLog.h"

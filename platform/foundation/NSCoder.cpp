@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/NSCoder.h"
 
 namespace cocoa {

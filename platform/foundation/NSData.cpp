@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/NSData.h"
 
 namespace cocoa {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/NSNumberFormatter.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/available_memory.h"
 
 #include <sys/mman.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/decimal_text.h"
 
 #include <algorithm>

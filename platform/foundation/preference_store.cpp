@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/preference_store.h"
 
 #include <utility>

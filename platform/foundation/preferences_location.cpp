@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/preferences_location.h"
 
 #include <pwd.h>

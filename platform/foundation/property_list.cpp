@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/property_list.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/small_file.h"
 
 #include <fcntl.h>

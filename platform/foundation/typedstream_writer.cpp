@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/typedstream_writer.h"
 
 #include <bit>

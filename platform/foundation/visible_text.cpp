@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/visible_text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/weak_outlets.h"
 
 #include <string>

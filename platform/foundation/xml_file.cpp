@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/xml_file.h"
 
 #include <algorithm>

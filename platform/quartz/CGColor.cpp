@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/CGColor.h"
 
 #include "quartz/private/color_model.h"

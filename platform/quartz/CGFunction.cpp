@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/CGFunction.h"
 
 #include "quartz/private/shading.h"

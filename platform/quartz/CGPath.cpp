@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/CGPath.h"
 
 #include "quartz/private/counted.h"

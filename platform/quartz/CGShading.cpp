@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/CGShading.h"
 
 #include "quartz/private/shading.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/private/compositor.h"
 
 #include <algorithm>

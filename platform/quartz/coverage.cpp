@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/private/coverage.h"
 
 #include <algorithm>

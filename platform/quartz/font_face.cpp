@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/private/font_face.h"
 
 #include <hb-ft.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/private/png_file.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/rounded_rect.h"
 
 namespace cocoa {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/private/shading_source.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quartz/private/text_mask.h"
 
 #include <algorithm>

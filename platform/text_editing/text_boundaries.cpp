@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text_editing/text_boundaries.h"
 
 #include <algorithm>

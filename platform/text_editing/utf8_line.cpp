@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text_editing/private/utf8_line.h"
 
 #include "unicode/character_classes.h"

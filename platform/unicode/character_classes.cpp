@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unicode/character_classes.h"
 
 #include <hb.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unicode/text_breaks.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unicode/utf8_text.h"
 
 namespace cocoa {

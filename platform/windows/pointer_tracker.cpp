@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "windows/pointer_tracker.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "windows/private/x11_atoms.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <xcb/xcbext.h>
 
 #include <algorithm>

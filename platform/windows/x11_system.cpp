@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "windows/private/x11_system.h"
 
 #include <xcb/shm.h>

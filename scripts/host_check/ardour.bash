@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Ardour 7: embedding through suil in GTK 2; every write is echoed. A Lua script makes the session, with automation;
 # what Ardour holds is read from the session that it saves.
 

@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- Makes an Ardour session in the folder that $ONDEX_SESSION names: two tracks with the plug-in each. On the first
 -- one the right side's modulation index is automated: 0 in the first second, 10 from the third.
 local folder = os.getenv("ONDEX_SESSION")

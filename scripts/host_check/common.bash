@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the checks of all hosts share: a desktop of their own, waiting, the user's hands, eyes, and the table.
 
 # Calls a command until it succeeds; fails after so many seconds without.

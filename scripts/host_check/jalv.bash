@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # jalv.gtk3 and jalv.qt5: one plug-in a process, embedded through suil. jalv.qt5 takes no options: what a host's
 # values are is told to both by the plug-in's defaults, in a copy of the bundle that has others. Their menus are
 # worked by keyboard. What they hold is heard: with the right side at rest the gain is 1 - depth / 2.

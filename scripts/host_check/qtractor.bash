@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Qtractor: its own embedding. A session of two tracks with the plug-in each; what it holds is read from the session
 # that it saves.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* An ALSA sequencer without anybody else on it, for machines whose kernel has none, such as containers: Qtractor
    does not start its engine, and so no plug-in, without a sequencer. Preloaded; what Qtractor asks of a sequencer
    succeeds and does nothing. What only fills in records is left to the ALSA library. */

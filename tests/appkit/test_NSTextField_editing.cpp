@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSEvent.h"
 #include "quartz/text.h"
 #include "text_field_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSEvent.h"
 #include "canvas.h"
 #include "window_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/private/color_entry.h"
 
 #include <gtest/gtest.h>

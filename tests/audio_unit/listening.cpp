@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "listening.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shading_faults.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/capsule.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <functional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What makes the simple controls be drawn again: seen as what their window presents at the end of the turn.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drawing/shading.h"
 
 #include <gtest/gtest.h>

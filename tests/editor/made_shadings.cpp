@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "made_shadings.h"
 
 namespace {

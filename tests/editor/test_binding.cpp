@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSEvent.h"
 #include "editor_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor_fixture.h"
 
 namespace ondex::test {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "appkit/NSWindow.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bundle as hosts find it, in the build's own LV2 path.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tools of LV2, of the linker and of the build say of the bundle's files.
 
 #include <gtest/gtest.h>

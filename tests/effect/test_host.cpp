@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What hosts do with blocks, buffers, ports and instances.
 
 #include <gtest/gtest.h>

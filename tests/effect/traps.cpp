@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "traps.h"
 
 #include <dlfcn.h>

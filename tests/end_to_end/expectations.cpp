@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "expectations.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "interface_map.h"
 
 #include <gtest/gtest.h>

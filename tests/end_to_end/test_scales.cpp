@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "session.h"
 
 /// Displays of other densities: the same editor from more device pixels.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "session.h"
 
 /// The window on the desktop: what it says of itself, and that it is whole again after whatever hid it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows that go off the screen while a number is typed over them, or a list is open.
 
 #include "entry_on_display.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "entry_on_display.h"
 
 namespace ondex::test {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "stand_ins.h"
 
 namespace cocoa::stand_in {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/UniqueFd.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/private/xml_well_formed.h"
 
 #include <gtest/gtest.h>

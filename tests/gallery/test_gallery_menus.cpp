@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gallery_test.h"
 
 namespace ondex::test {

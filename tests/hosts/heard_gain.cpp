@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A JACK client that hears what an effect in a host does: sends a constant 1 into one port and prints what
 // comes out of another, `gain VALUE`, each time that it has settled on another value. Ends when nobody reads
 // it or on SIGTERM, and takes leave of the server.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "knob/KV_Ondex_Big_Knob_View.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hosts that say what makes no sense.
 
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hosts that answer what the editor writes, at once, late, rounded or never.
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the editor takes its place in a host's window.
 
 #include "host_fixture.h"

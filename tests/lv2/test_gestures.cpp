@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the user does in the editor, as the host hears of it.
 
 #include "host_fixture.h"

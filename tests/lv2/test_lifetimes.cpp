@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Editors that come and go, and hosts and servers that go before them.
 
 #include <xkbcommon/xkbcommon-keysyms.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hosts that give too much, and machines that have too little.
 
 #include "host_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tools of the linker say of the user interface's shared object.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows of its own that the editor opens over a host's.
 
 #include <xkbcommon/xkbcommon-keysyms.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows and parents of every kind: other visuals and sizes, moved, resized, of our own.
 
 #include "host_fixture.h"

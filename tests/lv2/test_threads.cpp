@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hosts whose calls come on several threads, one at a time.
 
 #include <thread>

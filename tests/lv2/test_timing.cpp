@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hosts that call idle often, seldom, or not for a while; and one that writes numbers with a comma.
 
 #include <poll.h>

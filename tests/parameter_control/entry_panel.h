@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "parameter_control/KV_Ondex_Pop_Up_View.h"

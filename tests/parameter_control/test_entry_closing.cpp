@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Entries that end in other ways than by Return and Escape.
 
 #include "entry_on_screen.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "standalone/private/commands.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "build_paths.h"
 
 namespace ondex::test {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lv2_trial.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ondex-trial: tries seed after seed, for as long as one likes, or what a fuzzer has found.
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "seams.h"
 
 #include "foundation/Clock.h"

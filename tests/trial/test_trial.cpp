@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A fixed number of seeds; the program ondex-trial goes on from there.
 
 #include <gtest/gtest.h>

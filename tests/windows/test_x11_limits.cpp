@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is too large: windows, titles, files, and what memory there is.
 
 #include "foundation/NSLog.h"
