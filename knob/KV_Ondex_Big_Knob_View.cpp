@@ -70,7 +70,7 @@ void KV_Ondex_Big_Knob_View::set_values_minimum_maximum_default_value_scale_type
   // Under an unchanged scale type the value is mapped twice; the one that replaces it follows.
   _value = clamped(mapped_value(_scale_type, _value), _minimum_value, _maximum_value);
   update_scales();
-  setNeedsDisplay(true);
+  redraw_pointer();
 }
 
 void KV_Ondex_Big_Knob_View::update_scales() {
@@ -95,7 +95,7 @@ void KV_Ondex_Big_Knob_View::update_knob_location() {
 
 void KV_Ondex_Big_Knob_View::show_value() {
   update_knob_location();
-  setNeedsDisplay(true);
+  redraw_pointer();
 }
 
 // Gestures
@@ -148,7 +148,7 @@ void KV_Ondex_Big_Knob_View::mouseDragged(NSEvent* event) {
 
 void KV_Ondex_Big_Knob_View::mouseUp(NSEvent*) {
   _mouse_is_down = false;
-  setNeedsDisplay(true);
+  redraw_pointer();
 }
 
 void KV_Ondex_Big_Knob_View::scrollWheel(NSEvent* event) {

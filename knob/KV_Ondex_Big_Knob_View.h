@@ -47,8 +47,6 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
   void scrollWheel(cocoa::NSEvent* event) override;
   bool mouseDownCanMoveWindow() const override { return false; }
 
-  /// Of the knob only the pointer ever changes: asks for a redraw where it was and where it is.
-  void setNeedsDisplay(bool needed) override;
   void drawRect(cocoa::NSRect dirty) override;
   void do_knob(cocoa::CGContextRef context);
   void do_shine(cocoa::CGContextRef context);
@@ -82,6 +80,9 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
   void set_value_from_point(cocoa::NSPoint point);
   void update_scales();
   void show_value();
+  /// Asks for a redraw where the pointer was when this was last asked, and where it is: whatever the value and
+  /// the mouse do, nothing else of the knob changes.
+  void redraw_pointer();
 
   // Made when they are first drawn with; they keep their colours.
   Shading _rings;

@@ -75,9 +75,7 @@ NSRect dot_area(NSPoint centre, double scale) {
 
 }  // namespace
 
-void KV_Ondex_Big_Knob_View::setNeedsDisplay(bool needed) {
-  if (!needed)
-    return;
+void KV_Ondex_Big_Knob_View::redraw_pointer() {
   const NSPoint pointer = {static_cast<CGFloat>(_x), static_cast<CGFloat>(_y)};
   const double scale = window() ? window()->backingScaleFactor() : 1;
   setNeedsDisplayInRect(dot_area(_marked_pointer, scale));

@@ -74,9 +74,8 @@ class NSView : public NSResponder {
   /// Whether the view paints every pixel of its bounds, so that nothing behind it need be drawn.
   virtual bool isOpaque() const { return false; }
 
-  /// Asks for a redraw on this pass of the run loop. A view that knows where it can have changed may ask for
-  /// less.
-  virtual void setNeedsDisplay(bool needed);
+  /// Asks for a redraw of all of it on this pass of the run loop.
+  void setNeedsDisplay(bool needed);
   void setNeedsDisplayInRect(NSRect rect);
   /// Draws the view's bounds; `dirty` is what must be painted at least.
   virtual void drawRect(NSRect dirty) { (void)dirty; }

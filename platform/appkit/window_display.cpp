@@ -63,8 +63,7 @@ WindowDisplay::PixelSize WindowDisplay::pixelSize() const {
 }
 
 void WindowDisplay::forget() {
-  CGContextRelease(context_);
-  context_ = nullptr;
+  context_.reset();
   context_pixels_ = {};
   damage_ = Damage();
 }
@@ -107,13 +106,14 @@ void WindowDisplay::displayIfNeeded() {
 CGContextRef WindowDisplay::contextFor(const Pixels& pixels) {
   const double scale = window_.backingScaleFactor();
   if (context_ && context_pixels_ == pixels && context_scale_ == scale)
-    return context_;
-  CGContextRelease(context_);
-  context_ = CGBitmapContextCreateWithScale(pixels.data, static_cast<size_t>(pixels.width),
-                                            static_cast<size_t>(pixels.height), pixels.bytes_per_row, scale);
+    return context_.get();
+  context_.reset();
+  context_.reset(CGBitmapContextCreateWithScale(pixels.data, static_cast<size_t>(pixels.width),
+                                                static_cast<size_t>(pixels.height), pixels.bytes_per_row,
+                                                scale));
   context_pixels_ = pixels;
   context_scale_ = scale;
-  return context_;
+  return context_.get();
 }
 
 void WindowDisplay::draw(CGContextRef context, const Pixels& pixels, const PixelRect& rect) const {

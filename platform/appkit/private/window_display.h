@@ -3,7 +3,7 @@
 
 #include "appkit/private/damage.h"
 #include "foundation/NSGeometry.h"
-#include "quartz/CGContext.h"
+#include "quartz/CGOwned.h"
 #include "windows/window_system.h"
 
 namespace cocoa {
@@ -47,7 +47,7 @@ class WindowDisplay {
 
   NSWindow& window_;
   Damage damage_;
-  CGContextRef context_ = nullptr;
+  CGOwned<CGContext> context_;
   Pixels context_pixels_;
   double context_scale_ = 0;
   bool lacks_memory_ = false;
