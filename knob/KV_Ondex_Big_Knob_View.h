@@ -80,8 +80,8 @@ class KV_Ondex_Big_Knob_View : public cocoa::NSView {
   void set_value_from_point(cocoa::NSPoint point);
   void update_scales();
   void show_value();
-  /// Asks for a redraw where the pointer was when this was last asked, and where it is: whatever the value and
-  /// the mouse do, nothing else of the knob changes.
+  /// Asks for a redraw where the pointer was when this was last asked, and where it is: whatever the value
+  /// and the mouse do, nothing else of the knob changes.
   void redraw_pointer();
 
   // Made when they are first drawn with; they keep their colours.

@@ -159,19 +159,19 @@ bool LV2Editor::hasMemory() {
 
 bool LV2Editor::idle() {
   // The host may well wait for its user inside one of our calls and go on with its idle calls there.
-  if (turning_)
+  if (in_pass_)
     return !closed_;
-  turning_ = true;
+  in_pass_ = true;
   {
     const Scope scope(*this);
     if (hasMemory())
-      turn();
+      runOnce();
   }
-  turning_ = false;
+  in_pass_ = false;
   return !closed_;
 }
 
-void LV2Editor::turn() {
+void LV2Editor::runOnce() {
   // What the host has said by now is to be in the first picture, so it need not be collected any longer.
   if (std::exchange(first_idle_, false))
     clock_.skip(until_shown);

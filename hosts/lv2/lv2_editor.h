@@ -63,7 +63,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   uint64_t window() const { return window_number_; }
 
   void portEvent(uint32_t port, uint32_t size, uint32_t format, const void* buffer);
-  /// One turn of the run loop, or none while there is no memory. False when the window has gone or was closed
+  /// One pass of the run loop, or none while there is no memory. False when the window has gone or was closed
   /// by the user.
   bool idle();
   /// False when there is no window to show any more.
@@ -81,7 +81,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   void tellSize() const;
   /// Whether there is enough for what a host's call may do; a line in the log when that ends.
   bool hasMemory();
-  void turn();
+  void runOnce();
   bool windowShouldClose(cocoa::NSWindow* window) override;
   void windowWillClose(cocoa::NSWindow* window) override;
 
@@ -108,7 +108,7 @@ class LV2Editor : private cocoa::NSWindowDelegate {
   cocoa::Ref<GestureWindow> window_;
   uint64_t window_number_ = 0;
   bool first_idle_ = true;
-  bool turning_ = false;
+  bool in_pass_ = false;
   bool lacks_memory_ = false;
   bool user_closes_ = false;
   bool ended_ = false;   ///< there is no host any more

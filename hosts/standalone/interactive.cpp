@@ -85,7 +85,7 @@ class Session : private NSWindowDelegate {
   int timeout() const {
     double until = CFRunLoopGetCurrent()->nextTimerFireDate();
     const double now = clock().now();
-    // What the window has still to draw is drawn on a turn that the display asks for.
+    // What the window has still to draw is drawn on a pass that the display asks for.
     if (!picture_waits_) {
       until = std::min(until, input_.again(now));
     } else if (changes_are_collected()) {

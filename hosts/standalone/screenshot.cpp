@@ -86,7 +86,7 @@ int run_screenshot(const Options& options) {
       clock.advance(until_settled);
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
       NSWindow* shown = shown_window(editor, system, options);
-      // Windows show when the window system says so, and are drawn on the turn after.
+      // Windows show when the window system says so, and are drawn on the pass after.
       system.dispatch();
       CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false);
       if (shown && write_window_picture(*shown, options.screenshot->c_str()))

@@ -67,7 +67,7 @@ struct CFRunLoop::Impl {
   bool isEmpty() const {
     return items[step_poll].empty() && items[step_source].empty() && items[step_timer].empty();
   }
-  bool turn(bool stop_after_one);
+  bool runOnce(bool stop_after_one);
   bool poll(bool stop_after_one);
   bool performSources(bool stop_after_one);
   void fireTimers();
@@ -77,7 +77,7 @@ struct CFRunLoop::Impl {
   std::vector<ItemRef> running;                        // what the current step is going through
   const std::shared_ptr<const WakeDescriptor> wake = std::make_shared<const WakeDescriptor>();
   const Clock* clock = &Clock::system();
-  bool turning = false;
+  bool in_pass = false;
 };
 
 CFRunLoop::Impl::ItemRef CFRunLoop::Impl::add(CFRunLoopStep step, std::function<bool()> perform,
@@ -90,8 +90,8 @@ CFRunLoop::Impl::ItemRef CFRunLoop::Impl::add(CFRunLoopStep step, std::function<
   return item;
 }
 
-bool CFRunLoop::Impl::turn(bool stop_after_one) {
-  turning = true;
+bool CFRunLoop::Impl::runOnce(bool stop_after_one) {
+  in_pass = true;
   bool handled = false;
   {
     const NSAutoreleasePool pool;
@@ -106,7 +106,7 @@ bool CFRunLoop::Impl::turn(bool stop_after_one) {
     fireTimers();
     observe();
   }
-  turning = false;
+  in_pass = false;
   return handled;
 }
 
@@ -123,7 +123,7 @@ bool CFRunLoop::Impl::poll(bool stop_after_one) {
 
 bool CFRunLoop::Impl::performSources(bool stop_after_one) {
   running = items[step_source];
-  // A source that another one signals waits for the next turn, wherever the two stand in the list.
+  // A source that another one signals waits for the next pass, wherever the two stand in the list.
   std::erase_if(running,
                 [](const ItemRef& item) { return !item->signalled.load(std::memory_order_acquire); });
   bool handled = false;
@@ -135,7 +135,7 @@ bool CFRunLoop::Impl::performSources(bool stop_after_one) {
       wake->set();
       continue;
     }
-    // Lowered before the call: a signal that comes during it counts for the next turn.
+    // Lowered before the call: a signal that comes during it counts for the next pass.
     item->signalled.exchange(false, std::memory_order_acq_rel);
     item->perform();
     handled = true;
@@ -265,14 +265,14 @@ int CFRunLoopRunInMode(CFStringRef mode, double seconds, bool returnAfterSourceH
     return kCFRunLoopRunFinished;
   }
   CFRunLoop::Impl& loop = *CFRunLoopGetCurrent()->impl_;
-  if (loop.turning) {
+  if (loop.in_pass) {
     NSLog("A run loop cannot be run from inside its own turn");
     return kCFRunLoopRunFinished;
   }
   if (seconds != 0)
     NSLog("The run loop turns without waiting: it belongs to the host");
   const bool was_empty = loop.isEmpty();
-  const bool handled = loop.turn(returnAfterSourceHandled);
+  const bool handled = loop.runOnce(returnAfterSourceHandled);
   if (handled && returnAfterSourceHandled)
     return kCFRunLoopRunHandledSource;
   return was_empty ? kCFRunLoopRunFinished : kCFRunLoopRunTimedOut;

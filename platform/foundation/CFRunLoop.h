@@ -7,11 +7,11 @@
 #include "foundation/CFBase.h"
 #include "foundation/Clock.h"
 
-/// The loop of one thread or of one editor on it, which somebody else turns: a host's idle call or a
+/// The loop of one thread or of one editor on it, which somebody else runs: a host's idle call or a
 /// program's poll.
 ///
-/// One turn is CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false). It never waits and never nests a loop.
-/// Each turn has its own autorelease pool and does, in this order: pollers, sources, due timers, observers;
+/// One pass is CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false). It never waits and never nests a loop.
+/// Each pass has its own autorelease pool and does, in this order: pollers, sources, due timers, observers;
 /// then the pool drains. What is attached while one of these steps runs has to wait for the next step of its
 /// kind, what is detached no longer runs.
 /// Everything but Source::signal belongs to the loop's own thread.
@@ -31,10 +31,10 @@ inline constexpr int kCFRunLoopRunHandledSource = 4;
 /// gone with the thread.
 CFRunLoopRef CFRunLoopGetCurrent();
 
-/// One turn of the calling thread's loop. `seconds` other than 0 would block inside a host: it is logged and
-/// taken as 0. An unknown mode, or a call from inside a turn, is logged and nothing runs (finished).
+/// One pass of the calling thread's loop. `seconds` other than 0 would block inside a host: it is logged and
+/// taken as 0. An unknown mode, or a call from inside a pass, is logged and nothing runs (finished).
 ///
-/// With `returnAfterSourceHandled`, at most one poller or source does something in this turn and the others
+/// With `returnAfterSourceHandled`, at most one poller or source does something in this pass and the others
 /// keep for the next, which wakeDescriptor() asks for.
 /// Answers kCFRunLoopRunHandledSource when that is wanted and a poller or source did something; otherwise
 /// kCFRunLoopRunFinished when neither poller, source nor timer was attached at the start (observers ran all
@@ -48,25 +48,25 @@ class CFRunLoop {
   class Attachment;
   using AttachmentRef = std::unique_ptr<Attachment>;
 
-  /// What other threads may poke. The loop runs `perform` once on its next turn after one or more signals.
+  /// What other threads may poke. The loop runs `perform` once on its next pass after one or more signals.
   class Source;
   using SourceRef = std::unique_ptr<Source>;
 
-  /// A loop beside the thread's own, for one of several editors that are turned apart. It belongs to the
+  /// A loop beside the thread's own, for one of several editors that are run apart. It belongs to the
   /// thread that opens scopes on it, and is destroyed after all that was made in them.
   CFRunLoop();
   CFRunLoop(const CFRunLoop&) = delete;
   CFRunLoop& operator=(const CFRunLoop&) = delete;
   ~CFRunLoop();
 
-  /// Called first on every turn, to fetch what has come in from outside (window system events). Answers
+  /// Called first on every pass, to fetch what has come in from outside (window system events). Answers
   /// whether there was anything.
   AttachmentRef addPoller(std::function<bool()> poll);
   SourceRef addSource(std::function<void()> perform);
-  /// Called once, on the first turn at or after `fire_date` in seconds of clock(); the earliest first, and
+  /// Called once, on the first pass at or after `fire_date` in seconds of clock(); the earliest first, and
   /// those of one date in the order of their addition. A date that is not a number never comes.
   AttachmentRef addTimer(double fire_date, std::function<void()> fire);
-  /// Called at the end of every turn: views show here what the turn has changed.
+  /// Called at the end of every pass: views show here what it has changed.
   AttachmentRef addBeforeWaiting(std::function<void()> observe);
 
   const Clock& clock() const;
@@ -76,7 +76,7 @@ class CFRunLoop {
 
   /// The date of the earliest timer in seconds of clock(), or +infinity when there is none.
   double nextTimerFireDate() const;
-  /// Readable when another thread wants a turn; for the program's poll. -1 when the system refused one.
+  /// Readable when another thread wants a pass; for the program's poll. -1 when the system refused one.
   int wakeDescriptor() const;
 
  private:
@@ -119,7 +119,7 @@ class CFRunLoop::Source {
   Source& operator=(const Source&) = delete;
   ~Source();
 
-  /// Asks for `perform` on the loop's thread. Any thread, also while the loop turns or after it has gone;
+  /// Asks for `perform` on the loop's thread. Any thread, also while the loop runs or after it has gone;
   /// lock-free. The source itself must still be there.
   void signal() const;
 
